@@ -1,0 +1,54 @@
+# Common settings for every target of the project. Logic libraries link Qt Core only, so a
+# window header included from logic code fails to compile; windows live in ui libraries.
+
+set(SLIPBOOK_WARNINGS -Wall -Wextra -Wpedantic -Werror -Wshadow=local -Wnon-virtual-dtor
+    -Wno-missing-field-initializers)
+
+function(slipbook_settings target)
+    target_compile_options(${target} PRIVATE ${SLIPBOOK_WARNINGS})
+    target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS
+        QT_NO_NARROWING_CONVERSIONS_IN_CONNECT)
+    if(SLIPBOOK_SANITIZE)
+        target_compile_options(${target} PRIVATE -fsanitize=address,undefined
+            -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    endif()
+endfunction()
+
+# slipbook_logic_library(name SOURCES ... [PUBLIC_DEPS ...] [PRIVATE_DEPS ...])
+function(slipbook_logic_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC_DEPS;PRIVATE_DEPS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    slipbook_settings(${name})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(${name} PUBLIC Qt6::Core ${ARG_PUBLIC_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
+    foreach(dep IN LISTS ARG_PUBLIC_DEPS ARG_PRIVATE_DEPS)
+        if(dep MATCHES "Qt6::(Widgets|Gui|PrintSupport)")
+            message(FATAL_ERROR "${name} is a logic library and must not link ${dep}")
+        endif()
+    endforeach()
+endfunction()
+
+# slipbook_ui_library(name SOURCES ... [PUBLIC_DEPS ...] [PRIVATE_DEPS ...])
+function(slipbook_ui_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC_DEPS;PRIVATE_DEPS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    slipbook_settings(${name})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(${name} PUBLIC Qt6::Widgets ${ARG_PUBLIC_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
+endfunction()
+
+# slipbook_test(name SOURCES ... DEPS ...): one GoogleTest executable per subsystem.
+function(slipbook_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON
+        RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    slipbook_settings(${name})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tests)
+    target_link_libraries(${name} PRIVATE ${ARG_DEPS} GTest::gtest GTest::gtest_main)
+    gtest_discover_tests(${name}
+        PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen;SLIPBOOK_BIN=${CMAKE_BINARY_DIR}/bin"
+        DISCOVERY_TIMEOUT 60)
+endfunction()

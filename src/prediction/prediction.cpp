@@ -1,0 +1,2 @@
+// Placeholder translation unit until the first piece of this subsystem lands.
+namespace slipbook::prediction {}

@@ -1,0 +1,151 @@
+#pragma once
+
+#include "store/jetsql.h"
+#include "store/recordset.h"
+
+#include <QString>
+#include <QVariant>
+#include <memory>
+#include <optional>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace slipbook::store {
+
+// Column type codes as the table definitions report them (the desktop engine's numbers, which
+// the upgrade steps test: 10 text, 12 memo).
+namespace fieldtype {
+constexpr int Boolean = 1;
+constexpr int Integer = 3;
+constexpr int Long = 4;
+constexpr int Currency = 5;
+constexpr int Double = 7;
+constexpr int Date = 8;
+constexpr int Text = 10;
+constexpr int Memo = 12;
+}  // namespace fieldtype
+
+struct FieldDef {
+    QString name;
+    QString declType;  // SQLite declaration
+    int type = fieldtype::Text;
+    int size = 0;  // characters, for text
+    bool allowZeroLength = true;
+    bool primaryKey = false;
+};
+
+struct TableDef {
+    QString name;
+    int attributes = 0;  // 0 for an ordinary table
+    std::vector<FieldDef> fields;
+    const FieldDef* field(const QString& name) const;  // without case; null when absent
+};
+
+class Query;
+
+// The one open logbook. Every statement of the program goes through it, in the desktop
+// engine's dialect (see jetsql.h). Errors are thrown as DbError.
+class Database : public jet::SchemaLookup {
+public:
+    Database();
+    ~Database() override;
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    // Opens an existing logbook for this process alone. Throws DbError: err::CannotOpen with the
+    // cause in plain words (missing, damaged, not a logbook), err::InUse when another copy of the
+    // program holds it. The file is never changed when the open fails.
+    void Open(const QString& path);
+    // Opens (or creates) a plain database without the logbook check or the lock; for the
+    // template generator and tests.
+    void OpenRaw(const QString& path, bool create);
+    void Close();
+    bool IsOpen() const { return db_ != nullptr; }
+    QString Name() const { return path_; }
+    sqlite3* handle() const { return db_; }
+
+    // Runs one statement; returns the rows it changed.
+    int Execute(const QString& jetSql);
+    // Runs every statement of a script (separated by ';') in one transaction.
+    void ExecuteScript(const QString& script);
+
+    std::unique_ptr<Recordset> OpenRecordset(const QString& jetSql,
+                                             RecordsetType type = RecordsetType::Dynaset);
+    // A forward-only read of a SELECT, for long lists that must not be held in memory whole.
+    Query OpenQuery(const QString& jetSql);
+
+    // All statements between begin and commit land together or not at all. Nests.
+    class Transaction {
+    public:
+        explicit Transaction(Database& db);
+        ~Transaction();  // rolls back unless committed
+        Transaction(const Transaction&) = delete;
+        Transaction& operator=(const Transaction&) = delete;
+        void Commit();
+
+    private:
+        Database& db_;
+        QString name_;
+        bool done_ = false;
+    };
+
+    // Table definitions, read anew when the schema has changed. System tables are left out.
+    std::vector<TableDef> TableDefs();
+    std::optional<TableDef> TableDefinition(const QString& table);
+    bool TableExists(const QString& table);
+    bool FieldExists(const QString& table, const QString& field);
+    // Sets the zero-length rule of a text column (kept for the upgrade steps; every text column
+    // of this store accepts the empty text, so this records the wish and changes nothing).
+    void SetAllowZeroLength(const QString& table, const QString& field, bool allow);
+
+    qint64 LastInsertRowId() const;
+
+    // jet::SchemaLookup
+    std::optional<std::vector<jet::ColumnDecl>> columns(const QString& table) const override;
+
+    // Used by Recordset and Query.
+    sqlite3_stmt* Prepare(const QString& sqliteSql) const;
+    [[noreturn]] void Throw(int rc, const QString& source) const;
+    jet::Translated Translate(const QString& jetSql) const;
+
+private:
+    void ApplyPragmas(bool exclusive);
+    void LoadSchema() const;
+    void RunSelectInto(const jet::Translated& t);
+
+    sqlite3* db_ = nullptr;
+    QString path_;
+    int savepointDepth_ = 0;
+    mutable std::vector<TableDef> schema_;
+    mutable int schemaVersion_ = -1;
+    friend class Transaction;
+};
+
+// A forward-only cursor over the rows of a SELECT. Values convert as Recordset's do.
+class Query {
+public:
+    Query(Query&& other) noexcept;
+    Query& operator=(Query&& other) noexcept;
+    ~Query();
+
+    bool Next();  // moves to the next row; false at the end
+    int FieldCount() const;
+    QString FieldName(int index) const;
+    int FieldIndex(const QString& name) const;  // -1 when absent
+    QVariant Value(int index) const;
+    QVariant Value(const QString& name) const;
+    // The raw text of a cell, UTF-8, without conversion; empty view for Null.
+    QString Text(int index) const;
+    bool IsNull(int index) const;
+
+private:
+    friend class Database;
+    Query(const Database* db, sqlite3_stmt* stmt);
+    const Database* db_ = nullptr;
+    sqlite3_stmt* stmt_ = nullptr;
+    std::vector<ColumnInfo> columns_;
+};
+
+}  // namespace slipbook::store

@@ -1,0 +1,2 @@
+// Placeholder translation unit until the first window of this subsystem lands.
+namespace slipbook::weather::ui {}
