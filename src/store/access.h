@@ -18,8 +18,7 @@ bool DataInit(Database& db, Messages& messages);
 bool DataOpen(Database& db, const QString& path, Messages& messages);
 
 // True when the row set of `sql` holds no row that meets `criterion`.
-bool TableDelCheck(Database& db, const QString& sql, const QString& criterion,
-                   Messages& messages);
+bool TableDelCheck(Database& db, const QString& sql, const QString& criterion, Messages& messages);
 // The `strFind` column of the first row of `strTable` whose `strLook` equals the value, or the
 // empty text. An invalid (never assigned) value counts as empty.
 QVariant TableLookup(Database& db, const QString& strTable, const QString& strLook,

@@ -36,7 +36,7 @@ using Bookmark = qint64;
 // with the engine's numbers: no current row 3021, update without edit 3020, field not in the set
 // 3265.
 class Recordset {
-public:
+  public:
     Recordset(Database& db, const QString& jetSql, RecordsetType type);
     ~Recordset();
     Recordset(const Recordset&) = delete;
@@ -89,7 +89,7 @@ public:
     void Close();
     bool IsOpen() const { return open_; }
 
-private:
+  private:
     void Load(const QString& jetSql);
     void RequireCurrent() const;
     void RequireOpen() const;
@@ -106,7 +106,7 @@ private:
     std::vector<std::vector<QVariant>> rows_;
     std::vector<qint64> rowids_;  // dynaset: rowid of each row in the base table
     std::vector<bool> deleted_;
-    int pos_ = -1;                 // -1 before first / empty; rows_.size() at EOF
+    int pos_ = -1;  // -1 before first / empty; rows_.size() at EOF
     bool bof_ = true;
     bool noMatch_ = false;
     EditMode mode_ = EditMode::None;

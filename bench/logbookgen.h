@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+namespace slipbook::bench {
+
+// Makes a logbook of `runs` runs from the template: several cars, tracks and events, and runs with
+// realistic time slips, weather and tune-ups. The same seed gives the same logbook.
+void GenerateLogbook(const QString& templatePath, const QString& outPath, int runs,
+                     unsigned seed = 1);
+
+// The template beside the built program.
+QString BuiltTemplatePath();
+
+}  // namespace slipbook::bench
