@@ -343,7 +343,7 @@ void Database::RunSelectInto(const jet::Translated& t) {
         columnDefs << def;
     }
     sqlite3_finalize(stmt);
-    Execute(QStringLiteral("CREATE TABLE %1 (%2)")
+    ExecRaw(QStringLiteral("CREATE TABLE %1 (%2)")
                 .arg(QuoteIdent(t.intoTable), columnDefs.join(u", ")));
     stmt = Prepare(QStringLiteral("INSERT INTO %1 %2").arg(QuoteIdent(t.intoTable), t.sql));
     const int rc = sqlite3_step(stmt);

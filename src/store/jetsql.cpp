@@ -277,10 +277,13 @@ void Lex(Tokens& t) {
                 break;
             }
             case Tok::Word:
-                // The engine's true is -1, which ORDER BY on a flag relies on.
-                if (!qualified && IsWord(k, QLatin1StringView("True"))) {
+                // The engine's true is -1, which ORDER BY on a flag relies on. Yes and No are
+                // its other names for the two (a filter row may hold either).
+                if (!qualified &&
+                    (IsWord(k, QLatin1StringView("True")) || IsWord(k, QLatin1StringView("Yes")))) {
                     k.out = QStringLiteral("-1");
-                } else if (!qualified && IsWord(k, QLatin1StringView("False"))) {
+                } else if (!qualified && (IsWord(k, QLatin1StringView("False")) ||
+                                          IsWord(k, QLatin1StringView("No")))) {
                     k.out = QStringLiteral("0");
                 }
                 break;

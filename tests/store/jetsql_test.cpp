@@ -134,8 +134,9 @@ TEST_F(JetSql, LiteralsOperatorsAndNamesBehaveAsTheEngineDoes) {
                    "AND sView_desc IS NOT Null AND lView_id <> 2"),
               QStringList({"3|Pro|-1"}));
 
-    // Yes and No are no keywords of the dialect.
-    EXPECT_EQ(Translate("SELECT Yes, No FROM t", nullptr).sql, "SELECT Yes, No FROM t");
+    // Yes and No are the flag's other names.
+    EXPECT_EQ(Translate("SELECT * FROM t WHERE b = Yes OR c = no", nullptr).sql,
+              "SELECT * FROM t WHERE b = -1 OR c = 0");
     EXPECT_EQ(Translate("SELECT x - True FROM t", nullptr).sql, "SELECT x - -1 FROM t");
     EXPECT_EQ(Translate("SELECT x-True FROM t", nullptr).sql, "SELECT x- -1 FROM t");
 }
