@@ -1,0 +1,178 @@
+#include "weather/airproperties.h"
+
+#include <gtest/gtest.h>
+
+#include <QFileInfo>
+#include <QProcess>
+#include <QStringList>
+
+#include <array>
+#include <ostream>
+
+// Readable failure messages.
+inline void PrintTo(const QString& s, std::ostream* os) {
+    *os << '"' << s.toStdString() << '"';
+}
+
+using slipbook::weather::AirTexts;
+using slipbook::weather::BarometerToPressureAltitude;
+using slipbook::weather::CalcAirProperties;
+using slipbook::weather::PressureAltitudeToBarometer;
+using slipbook::weather::RecalculatedAirTexts;
+
+namespace {
+
+// The seven texts joined by tabs, or "error: reason".
+QString Shown(const char* t, const char* h, const char* b) {
+    const auto r =
+        RecalculatedAirTexts(QString::fromUtf8(t), QString::fromUtf8(h), QString::fromUtf8(b));
+    if (!r) {
+        return "error: " + r.error();
+    }
+    return QStringList(r->begin(), r->end()).join(u'\t');
+}
+
+QString WetBulb(const char* t, const char* h, const char* b) {
+    return Shown(t, h, b).section(u'\t', 6);
+}
+
+struct Worked {
+    const char* t;
+    const char* h;
+    const char* b;
+    const char* shown;
+};
+
+const Worked kWorked[] = {
+    {"75", "50", "29.92", "1.0294\t1,468\t95.80\t0.438\t29.48\t55\t62.5"},
+    {"60", "0", "29.92", "1.0000\t0\t100.00\t0.000\t29.92\t4\t38.5"},
+    {"100", "20", "28.5", "1.1045\t4,567\t87.30\t0.387\t28.11\t52\t68.5"},
+    {"90", "100", "29.5", "1.0959\t4,008\t88.80\t1.421\t28.08\t90\t89.5"},
+    {"32", "50", "30", "0.9730\t-1,893\t105.70\t0.090\t29.91\t20\t0.0"},
+};
+
+}  // namespace
+
+TEST(AirProperties, WorkedValues) {
+    for (const auto& w : kWorked) {
+        EXPECT_EQ(Shown(w.t, w.h, w.b), w.shown) << w.t << " " << w.h << " " << w.b;
+    }
+    // The figures themselves carry the roundings of the display table.
+    const auto p = CalcAirProperties(u"75", u"50", u"29.92");
+    ASSERT_TRUE(p.ok());
+    EXPECT_EQ(p->CorrFactor, 1.0294);
+    EXPECT_EQ(p->DensityAlt, 1468);
+    EXPECT_EQ(p->AirDensity, 95.8);
+    EXPECT_EQ(p->VaporPressure, 0.438);
+    EXPECT_EQ(p->DryBarometer, 29.48);
+    EXPECT_EQ(p->DewPoint, 55);
+    EXPECT_EQ(p->WetBulbTemp, 62.5);
+}
+
+TEST(AirProperties, PressureConversionsCarryTheirFormats) {
+    const auto baro = PressureAltitudeToBarometer(u"1000");
+    ASSERT_TRUE(baro.ok());
+    EXPECT_EQ(*baro, 28.86);
+    EXPECT_EQ(*PressureAltitudeToBarometer(u"0"), 29.92);
+    EXPECT_EQ(*PressureAltitudeToBarometer(u"-1,000"), 31.02);
+    EXPECT_EQ(*BarometerToPressureAltitude(u"28"), 1825);
+    EXPECT_EQ(*BarometerToPressureAltitude(u"29.92"), 1);
+    // A grouped result reads back as thousands, not as a decimal comma.
+    EXPECT_EQ(*BarometerToPressureAltitude(u"20"), 10731);
+    EXPECT_EQ(*BarometerToPressureAltitude(u" 28 "), 1825);
+    for (const char16_t* bad : {u"", u"-", u"28x", u"abc"}) {
+        EXPECT_EQ(BarometerToPressureAltitude(bad).error(), "Type mismatch");
+        EXPECT_EQ(PressureAltitudeToBarometer(bad).error(), "Type mismatch");
+    }
+    EXPECT_EQ(BarometerToPressureAltitude(u"1e80").error(), "Overflow");
+}
+
+TEST(AirProperties, EdgeCases) {
+    // Zero humidity computes with a floor: no vapour, dew point at the constant term.
+    EXPECT_EQ(Shown("60", "0", "29.92"), "1.0000\t0\t100.00\t0.000\t29.92\t4\t38.5");
+    // At 100 percent the search passes w = T, where the two sides are equal.
+    EXPECT_EQ(WetBulb("80", "100", "29.92"), "79.5");
+    EXPECT_EQ(WetBulb("90", "100", "29.5"), "89.5");
+    // Above 100 percent it stops at once.
+    EXPECT_EQ(WetBulb("80", "150", "29.92"), "80.0");
+    EXPECT_EQ(WetBulb("75.25", "150", "29.92"), "75.3");
+    // At 32 the search has one round; below it none.
+    EXPECT_EQ(WetBulb("32", "100", "29.92"), "0.0");
+    EXPECT_EQ(WetBulb("32", "101", "29.92"), "32.0");
+    EXPECT_EQ(WetBulb("20", "50", "29.92"), "0.0");
+    // Negative density altitude truncates downward and shows sign and grouping.
+    const auto cold = CalcAirProperties(u"32", u"50", u"30");
+    ASSERT_TRUE(cold.ok());
+    EXPECT_EQ(cold->DensityAlt, -1893);
+    // A dry barometer below zero is no failure: it merely shows negative figures.
+    EXPECT_EQ(Shown("200", "100", "20"),
+              "-14.4495\t54,823\t-6.10\t22.333\t-2.33\t-161,928,392\t199.5");
+}
+
+TEST(AirProperties, GuardsAndRunTimeErrors) {
+    // The lenient parse guards temperature and barometer; humidity takes no part.
+    for (const auto& in : {std::array{"0", "50", "29.92"}, std::array{"75", "50", "0"},
+                           std::array{"", "", ""}, std::array{"abc", "50", "29.92"},
+                           std::array{"-5", "50", "29.92"}, std::array{"75", "x", "-29.92"}}) {
+        EXPECT_EQ(Shown(in[0], in[1], in[2]), "0\t0\t0\t0\t0\t0\t0") << in[0] << in[2];
+    }
+    // Past the guard the strict conversion fails on what the lenient one took.
+    EXPECT_EQ(Shown("75", "", "29.92"), "error: Type mismatch");
+    EXPECT_EQ(Shown("75", "-", "29.92"), "error: Type mismatch");
+    EXPECT_EQ(Shown("75abc", "50", "29.92"), "error: Type mismatch");
+    EXPECT_EQ(Shown("75", "50", "29.92 in"), "error: Type mismatch");
+    // Absurd figures fail in the arithmetic: a zero absolute temperature, vapour above the
+    // standard barometer, an altitude past the atmosphere, an overflow.
+    EXPECT_EQ(Shown("459.7-", "50", "29.92"), "error: Division by zero");
+    EXPECT_EQ(Shown("250", "150", "29.92"), "error: Invalid procedure call or argument");
+    EXPECT_EQ(Shown("75", "50", "1e3"), "error: Invalid procedure call or argument");
+    EXPECT_EQ(Shown("1e400", "50", "29.92"), "error: Overflow");
+    EXPECT_EQ(Shown("1e20", "-50", "29.92"), "error: Overflow");
+    // A search that would not end in useful time is cut off rather than hanging.
+    EXPECT_EQ(Shown("3e7", "-50", "29.92"), "error: Wet bulb search does not end");
+}
+
+TEST(SlipbookCalc, PrintsTheWindowTexts) {
+    QString bin = qEnvironmentVariable("SLIPBOOK_BIN");
+    if (bin.isEmpty()) {
+        bin = QStringLiteral(SLIPBOOK_CALC_DIR);
+    }
+    if (!QFileInfo::exists(bin + "/slipbook-calc")) {
+        GTEST_SKIP() << "no slipbook-calc in " << bin.toStdString();
+    }
+    struct Run {
+        int exitCode;
+        QString out;
+        QString err;
+    };
+    const auto run = [&bin](const QStringList& args) {
+        QProcess p;
+        p.start(bin + "/slipbook-calc", args);
+        EXPECT_TRUE(p.waitForFinished(30000));
+        return Run{p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
+                   QString::fromUtf8(p.readAllStandardError())};
+    };
+
+    for (const auto& w : kWorked) {
+        const Run r = run({"air", w.t, w.h, w.b});
+        EXPECT_EQ(r.exitCode, 0);
+        EXPECT_EQ(r.out, QString::fromUtf8(w.shown) + "\n");
+    }
+    EXPECT_EQ(run({"air", "0", "", "29.92"}).out, "0\t0\t0\t0\t0\t0\t0\n");
+    EXPECT_EQ(run({"pa2baro", "1000"}).out, "28.86\n");
+    EXPECT_EQ(run({"baro2pa", "28"}).out, "1825\n");
+    EXPECT_EQ(run({"baro2pa", "20"}).out, "10731\n");
+    const Run help = run({"--help"});
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_TRUE(help.out.contains("air TEMP HUMIDITY BAROMETER"));
+
+    for (const QStringList& bad : {QStringList{}, QStringList{"nosuch"}, QStringList{"air", "75"},
+                                   QStringList{"air", "75", "", "29.92"},
+                                   QStringList{"baro2pa", ""}, QStringList{"pa2baro", "1", "2"}}) {
+        const Run r = run(bad);
+        EXPECT_EQ(r.exitCode, 2) << bad.join(' ').toStdString();
+        EXPECT_TRUE(r.out.isEmpty());
+        EXPECT_EQ(r.err.count(u'\n'), 1);
+        EXPECT_TRUE(r.err.startsWith("slipbook-calc: "));
+    }
+}
