@@ -1,1 +1,16 @@
-// placeholder
+#include "shell/help.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace slipbook::shell {
+
+bool HelpState::available() const {
+    return !path.isEmpty() && QFileInfo(path).isFile();
+}
+
+HelpState HelpInit(const QString& appDir) {
+    return HelpState{QDir(appDir).filePath(QStringLiteral("help/index.html"))};
+}
+
+}  // namespace slipbook::shell

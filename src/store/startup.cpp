@@ -1,1 +1,176 @@
-// placeholder
+#include "store/startup.h"
+
+#include "store/access.h"
+#include "store/dberror.h"
+#include "store/upgrade.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QStringList>
+#include <QTemporaryFile>
+#include <exception>
+
+namespace slipbook::store {
+
+namespace {
+
+// A probe file rather than the permission bits: on some systems the bits do not tell whether a
+// folder (a program folder in particular) accepts new files.
+bool FolderTakesFiles(const QString& dir) {
+    if (!QFileInfo(dir).isDir()) {
+        return false;
+    }
+    QTemporaryFile probe(QDir(dir).filePath(QStringLiteral(".slipbook-probe-XXXXXX")));
+    return probe.open();
+}
+
+}  // namespace
+
+QString VersionText() {
+    return QStringLiteral("Version %1.%2").arg(kVersionMajor).arg(kVersionMinor);
+}
+
+QString AppTitle() {
+    return QStringLiteral("Slipbook Pro");
+}
+
+QString MainCaption() {
+    return AppTitle() + QStringLiteral(" - ") + VersionText();
+}
+
+QString LogbookFileName() {
+    return QStringLiteral("Slipbook.db");
+}
+
+QString DataFolder(const QString& appDir) {
+    const QString chosen = qEnvironmentVariable("SLIPBOOK_DIR");
+    if (!chosen.isEmpty()) {
+        QDir().mkpath(chosen);
+        return QDir(chosen).absolutePath();
+    }
+    if (FolderTakesFiles(appDir)) {
+        return QDir(appDir).absolutePath();
+    }
+    const QString userData = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QDir().mkpath(userData);
+    return userData;
+}
+
+QString TemplatePath(const QString& appDir) {
+    return QDir(appDir).filePath(QStringLiteral("Upgrade/") + LogbookFileName());
+}
+
+QString LogbookPath(const QString& dataDir) {
+    return QDir(dataDir).filePath(LogbookFileName());
+}
+
+bool InstallLogbook(const QString& templatePath, const QString& logbookPath) {
+    QFile source(templatePath);
+    if (!source.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    // QSaveFile writes beside the target and renames on commit; a failure removes the partial
+    // file, so the next start sees no logbook and tries again.
+    QSaveFile target(logbookPath);
+    if (!target.open(QIODevice::WriteOnly)) {
+        return false;
+    }
+    constexpr qint64 kChunk = 1 << 20;
+    while (!source.atEnd()) {
+        const QByteArray chunk = source.read(kChunk);
+        if (chunk.isEmpty() || target.write(chunk) != chunk.size()) {
+            target.cancelWriting();
+            return false;
+        }
+    }
+    if (source.error() != QFileDevice::NoError) {
+        target.cancelWriting();
+        return false;
+    }
+    return target.commit();
+}
+
+QString InstallErrorText(const QString& templatePath, const QString& logbookPath) {
+    const QString indent = QStringLiteral("    ");
+    return QStringList{QStringLiteral("Error installing database for the first time."),
+                       QStringLiteral("Failed to copy file:"),
+                       indent + QDir::toNativeSeparators(templatePath),
+                       QStringLiteral("to:"),
+                       indent + QDir::toNativeSeparators(logbookPath),
+                       QString(),
+                       QStringLiteral("Program Ending.")}
+        .join(QChar(13));
+}
+
+StartupOutcome RunStartup(Database& db, Messages& messages, StartupUi& ui, Clock& clock,
+                          const QString& appDir, const QString& dataDir) {
+    const QString path = LogbookPath(dataDir);
+    const QString source = TemplatePath(appDir);
+    bool firstStart = false;
+    bool splashShown = false;
+    bool busy = false;
+
+    // Any failure ends the start with a box instead of taking the process down; a first start
+    // keeps the install box for the whole sequence.
+    auto fail = [&](const DbError& error) {
+        if (splashShown) {
+            ui.CloseSplash();
+        }
+        if (busy) {
+            ui.SetBusy(false);
+        }
+        if (firstStart) {
+            messages.inform(InstallErrorText(source, path), QString(), MsgIcon::Critical);
+        } else {
+            ErrorReport(error, QString(), messages);
+        }
+        db.Close();
+        return StartupOutcome::Ended;
+    };
+
+    try {
+        if (!DataInit(db, messages)) {
+            return StartupOutcome::Ended;
+        }
+        if (!QFileInfo::exists(path)) {
+            firstStart = true;
+            if (!InstallLogbook(source, path)) {
+                throw DbError(err::Generic, QStringLiteral("Startup"),
+                              QStringLiteral("The template could not be copied."));
+            }
+        }
+        if (!DataOpen(db, path, messages)) {
+            return StartupOutcome::Ended;
+        }
+
+        ui.SetBusy(true);
+        busy = true;
+        const qint64 splashSince = clock.NowMs();
+        ui.ShowSplash(VersionText(),
+                      QStringLiteral("Loading your view and associated run information..."));
+        splashShown = true;
+        ui.LoadMainWindow();
+
+        ui.SetSplashStatus(QStringLiteral("Updating Slipbook Database..."));
+        UpgradeLadder(db);
+
+        while (clock.NowMs() - splashSince <= kSplashMs && !ui.SplashClosedByKey()) {
+            ui.YieldToEvents();
+        }
+
+        ui.FormLoadStuff();
+        ui.ShowMainWindow();
+        ui.CloseSplash();
+        ui.SetBusy(false);
+        return StartupOutcome::Running;
+    } catch (const DbError& e) {
+        return fail(e);
+    } catch (const std::exception& e) {
+        return fail(AsDbError(e));
+    }
+}
+
+}  // namespace slipbook::store

@@ -1,0 +1,243 @@
+// The start-up windows and the application object, offscreen. The one QApplication of this test
+// program is the real application object, so that its error trap is what the events go through.
+
+#include "app/application.h"
+#include "shell/ui/frmMain.h"
+#include "shell/ui/qtmessages.h"
+#include "store/dberror.h"
+#include "store/ui/frmSplash.h"
+#include "support/logbook.h"
+#include "support/scriptedmessages.h"
+
+#include <gtest/gtest.h>
+#include <QAbstractButton>
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+
+using namespace slipbook;
+
+namespace {
+
+app::Application& App() {
+    static int argc = 1;
+    static char name[] = "windows_test";
+    static char* argv[] = {name, nullptr};
+    static auto* application = new app::Application(argc, argv);
+    return *application;
+}
+
+struct SeenBox {
+    QString title;
+    QString text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QStringList buttons;
+    QString defaultButton;
+};
+
+// Runs `trigger`, which opens a modal box; the box is read and answered by pressing `key`.
+SeenBox AnswerBox(const std::function<void()>& trigger, int key) {
+    SeenBox seen;
+    QTimer poll;
+    poll.setInterval(5);
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box == nullptr) {
+            return;
+        }
+        poll.stop();
+        seen.title = box->windowTitle();
+        seen.text = box->text();
+        seen.icon = box->icon();
+        for (QAbstractButton* b : box->buttons()) {
+            seen.buttons << b->text().remove(u'&');
+        }
+        if (box->defaultButton() != nullptr) {
+            seen.defaultButton = box->defaultButton()->text().remove(u'&');
+        }
+        QTest::keyClick(box, static_cast<Qt::Key>(key));
+    });
+    poll.start();
+    trigger();
+    return seen;
+}
+
+class Thrower : public QObject {
+public:
+    bool event(QEvent* e) override {
+        if (e->type() == QEvent::User) {
+            throw store::DbError(store::err::DuplicateKey, QStringLiteral("tblRuns"),
+                                 QStringLiteral("twice"));
+        }
+        return QObject::event(e);
+    }
+};
+
+}  // namespace
+
+TEST(Windows, SplashShowsVersionAndStatusAndAnyKeyClosesIt) {
+    App();
+    store::frmSplash splash;
+    EXPECT_FALSE(splash.testAttribute(Qt::WA_QuitOnClose));
+    splash.setVersion(QStringLiteral("Version 1.0"));
+    splash.setStatus(QStringLiteral("Loading your view and associated run information..."));
+    splash.showCentred();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&splash));
+
+    auto* drag = splash.findChild<QWidget*>(QStringLiteral("SSPanelDrag"));
+    auto* pro = splash.findChild<QWidget*>(QStringLiteral("SSPanelPro"));
+    auto* version = splash.findChild<QLabel*>(QStringLiteral("SSRibbonVersion"));
+    auto* status = splash.findChild<QLabel*>(QStringLiteral("SSRibbonStatus"));
+    ASSERT_TRUE(drag && pro && version && status);
+    EXPECT_FALSE(drag->isVisible());
+    EXPECT_TRUE(pro->isVisible());
+    EXPECT_EQ(version->text(), QStringLiteral("Version 1.0"));
+    EXPECT_EQ(status->text(),
+              QStringLiteral("Loading your view and associated run information..."));
+    bool named = false;
+    for (const QLabel* label : pro->findChildren<QLabel*>()) {
+        named = named || label->text() == QStringLiteral("Slipbook Pro");
+    }
+    EXPECT_TRUE(named);
+
+    QSignalSpy closed(&splash, &store::frmSplash::closedByKey);
+    QTest::keyClick(&splash, Qt::Key_Space);
+    EXPECT_EQ(closed.count(), 1);
+    EXPECT_FALSE(splash.isVisible());
+    // A late status write goes to the closed splash without bringing it back.
+    splash.setStatus(QStringLiteral("Please wait..."));
+    EXPECT_FALSE(splash.isVisible());
+}
+
+TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
+    App();
+    test::TempLogbook lb;
+    test::ScriptedMessages messages;
+    QTemporaryDir appDir;
+    shell::frmMain main(lb.db(), messages, QStringLiteral("-x dir=/srv/station later"),
+                        appDir.path());
+
+    EXPECT_EQ(main.windowTitle(), QStringLiteral("Slipbook Pro - Version 1.0"));
+    EXPECT_EQ(main.applicationTitle(), QStringLiteral("Slipbook Pro"));
+    EXPECT_EQ(main.weatherDirectory(), QStringLiteral("/srv/station"));
+    EXPECT_EQ(main.helpPath(), QDir(appDir.path()).filePath(QStringLiteral("help/index.html")));
+    EXPECT_TRUE(main.isLoading());
+    EXPECT_EQ(main.lockCount(), 0);
+    EXPECT_FALSE(main.isVisible());
+
+    QStringList menus;
+    for (QAction* a : main.menuBar()->actions()) {
+        menus << a->objectName() + ':' + a->text();
+    }
+    EXPECT_EQ(menus, (QStringList{"ID_mnuFile:&File", "ID_mnuEdit:&Edit", "ID_mnuView:&View",
+                                  "ID_Utilities:&Utilities", "ID_mnuHelp:&Help"}));
+    auto* help = main.findChild<QMenu*>(QStringLiteral("ID_mnuHelp"));
+    ASSERT_NE(help, nullptr);
+    EXPECT_TRUE(help->actions().contains(main.tool(QStringLiteral("ID_Contents"))));
+    EXPECT_TRUE(help->actions().contains(main.tool(QStringLiteral("ID_About"))));
+    auto* file = main.findChild<QMenu*>(QStringLiteral("ID_mnuFile"));
+    ASSERT_NE(file, nullptr);
+    EXPECT_TRUE(file->actions().contains(main.tool(QStringLiteral("ID_Exit"))));
+
+    QStringList reported;
+    main.setStatusReporter([&](const QString& s) { reported << s; });
+    main.FormLoadStuff();
+    EXPECT_FALSE(main.isLoading());
+    EXPECT_EQ(reported, QStringList{QStringLiteral("Please wait...")});
+
+    // Help: absent pages are a plain message; present ones go to the viewer.
+    QList<QUrl> opened;
+    bool opens = true;
+    main.setUrlOpener([&](const QUrl& url) {
+        opened << url;
+        return opens;
+    });
+    main.tool(QStringLiteral("ID_Contents"))->trigger();
+    EXPECT_TRUE(opened.isEmpty());
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_TRUE(messages.last().text.contains(QDir::toNativeSeparators(main.helpPath())));
+
+    ASSERT_TRUE(QDir(appDir.path()).mkpath(QStringLiteral("help")));
+    QFile page(main.helpPath());
+    ASSERT_TRUE(page.open(QIODevice::WriteOnly));
+    page.close();
+    main.tool(QStringLiteral("ID_Contents"))->trigger();
+    EXPECT_EQ(opened, QList<QUrl>{QUrl::fromLocalFile(main.helpPath())});
+    EXPECT_EQ(messages.shown.size(), 1u);
+    opens = false;
+    main.tool(QStringLiteral("ID_Contents"))->trigger();
+    EXPECT_EQ(messages.shown.size(), 2u);
+
+    main.tool(QStringLiteral("ID_About"))->trigger();
+    ASSERT_EQ(messages.shown.size(), 3u);
+    EXPECT_TRUE(messages.last().text.contains(QStringLiteral("Version 1.0")));
+
+    // Exit closes the window, which ends the program.
+    main.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&main));
+    main.tool(QStringLiteral("ID_Exit"))->trigger();
+    EXPECT_FALSE(main.isVisible());
+}
+
+TEST(Windows, MessageBoxesCarryTextTitleIconButtonsAndDefault) {
+    App();
+    shell::QtMessages messages;
+    MsgAnswer answer = MsgAnswer::Ok;
+
+    SeenBox box = AnswerBox(
+        [&] {
+            answer = messages.ask(QStringLiteral("Save changes?"), QStringLiteral("Run"),
+                                  MsgButtons::YesNoCancel, MsgAnswer::No);
+        },
+        Qt::Key_Return);
+    EXPECT_EQ(box.title, QStringLiteral("Run"));
+    EXPECT_EQ(box.text, QStringLiteral("Save changes?"));
+    EXPECT_EQ(box.icon, QMessageBox::Question);
+    EXPECT_EQ(box.buttons.size(), 3);
+    EXPECT_EQ(box.defaultButton, QStringLiteral("No"));
+    EXPECT_EQ(answer, MsgAnswer::No);
+
+    // Escape is Cancel where there is one; a carriage return breaks the line on screen.
+    box = AnswerBox(
+        [&] {
+            answer = messages.show({QStringLiteral("first\rsecond <All Events>"), QString(),
+                                    MsgIcon::Critical, MsgButtons::OkCancel, MsgAnswer::Ok});
+        },
+        Qt::Key_Escape);
+    EXPECT_EQ(box.text, QStringLiteral("first\nsecond <All Events>"));
+    EXPECT_EQ(box.icon, QMessageBox::Critical);
+    EXPECT_EQ(box.defaultButton, QStringLiteral("OK"));
+    EXPECT_EQ(answer, MsgAnswer::Cancel);
+
+    box = AnswerBox([&] { answer = messages.ask({}, {}, MsgButtons::YesNo, MsgAnswer::Ok); },
+                    Qt::Key_Return);
+    EXPECT_EQ(answer, MsgAnswer::Yes);
+}
+
+TEST(Windows, AnErrorInAnEventHandlerIsReportedAndTheProgramGoesOn) {
+    app::Application& application = App();
+    Thrower thrower;
+    const SeenBox box = AnswerBox(
+        [&] {
+            QCoreApplication::postEvent(&thrower, new QEvent(QEvent::User));
+            QCoreApplication::sendPostedEvents(&thrower, QEvent::User);
+        },
+        Qt::Key_Return);
+    EXPECT_EQ(box.title, QStringLiteral("Error"));
+    EXPECT_EQ(box.text, QStringLiteral("Error # 3022\nSource   tblRuns\n\ntwice"));
+    EXPECT_EQ(box.icon, QMessageBox::Warning);
+    // Still dispatching.
+    bool ran = false;
+    QTimer::singleShot(0, &application, [&] { ran = true; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ran; }, 1000));
+}
