@@ -5,6 +5,7 @@
 #include <sqlite3.h>
 #include <QDate>
 #include <QFile>
+#include <algorithm>
 #include <random>
 #include <stdexcept>
 
@@ -32,7 +33,8 @@ QString BuiltTemplatePath() {
     return QStringLiteral(SLIPBOOK_BIN_DIR "/Upgrade/Slipbook.db");
 }
 
-void GenerateLogbook(const QString& templatePath, const QString& outPath, int runs, unsigned seed) {
+void GenerateLogbook(const QString& templatePath, const QString& outPath, int runs, unsigned seed,
+                     int runCars) {
     QFile::remove(outPath);
     if (!QFile::copy(templatePath, outPath)) {
         throw std::runtime_error("cannot copy the template to " + outPath.toStdString());
@@ -102,7 +104,7 @@ void GenerateLogbook(const QString& templatePath, const QString& outPath, int ru
     Check(sqlite3_prepare_v2(h, sql.constData(), -1, &ins, nullptr), h);
     std::vector<QByteArray> keep;
     for (int r = 0; r < runs; ++r) {
-        const int car = 1 + r % kCars;
+        const int car = 1 + r % std::clamp(runCars, 1, kCars);
         const int event = 1 + (r / 40) % kEvents;
         const QDate day = first.addDays(event * 14 + (r % 3));
         const double sixty = uniform(1.15, 1.6);

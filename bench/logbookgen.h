@@ -6,8 +6,9 @@ namespace slipbook::bench {
 
 // Makes a logbook of `runs` runs from the template: several cars, tracks and events, and runs with
 // realistic time slips, weather and tune-ups. The same seed gives the same logbook.
+// `runCars` of the cars share the runs (1 puts every run on car 1).
 void GenerateLogbook(const QString& templatePath, const QString& outPath, int runs,
-                     unsigned seed = 1);
+                     unsigned seed = 1, int runCars = 5);
 
 // The template beside the built program.
 QString BuiltTemplatePath();

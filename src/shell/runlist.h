@@ -1,0 +1,94 @@
+#pragma once
+
+#include "shell/common/messages.h"
+#include "store/database.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+namespace slipbook::shell {
+
+// What of the main window's state decides the list it shows.
+struct ListContext {
+    qint64 carId = 0;
+    qint64 eventId = 0;  // 0: all events
+    qint64 trackId = 0;  // 0: all tracks
+    qint64 viewId = 0;   // item data of the chosen view
+    bool filterActive = false;
+    QString filterSql;
+};
+
+// Type codes of list columns, as the grid sort reads them.
+namespace coltype {
+constexpr int Number = 5;
+constexpr int Date = 7;
+constexpr int Text = 8;
+constexpr int Boolean = 11;
+}  // namespace coltype
+
+struct ListColumn {
+    QString caption;
+    QString name;
+    bool visible = true;
+    int width = -1;  // layout units; -1 for the grid's default
+    QString typeName;
+    int typeCode = coltype::Text;
+    QString format;
+    int alignment = 0;  // 0 left, 1 right, 2 centre
+    // How a run cell is made (from the catalogue row of the column).
+    bool lookup = false;
+    QString lookupTable;
+    QString lookupField;
+};
+
+struct ListLayout {
+    QString mode;  // ID_Runs, ID_Events, ID_Cars, ID_Tracks, ID_Expenses
+    bool known = true;
+    std::vector<ListColumn> columns;  // the first is the hidden key
+    QString sql;
+};
+
+QString RunListSql(const ListContext& ctx);
+
+// The columns and statement of a list mode. An unknown mode shows "Unknown Key: " and the key and
+// gives an empty layout. A view that names catalogue rows that are gone skips them; a view table
+// that is gone, or a chosen view that is no longer there, leaves only the key column.
+ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListContext& ctx,
+                           Messages& messages);
+
+// Turns rows of a list's statement into the grid's cell texts. Look-ups are read once per
+// load, so a row never costs a query of its own.
+class RowBuilder {
+public:
+    RowBuilder(store::Database& db, const ListLayout& layout);
+    // Call once with the statement's query before the first row.
+    void Bind(const store::Query& query);
+    QStringList Build(const store::Query& query);
+
+private:
+    struct Cell {
+        enum class Kind { Key, Lookup, Formatted, Raw, DateMask, Address, Phone, Empty };
+        Kind kind = Kind::Raw;
+        int field = -1;
+        QString format;
+        const QHash<QString, QString>* lookup = nullptr;
+    };
+    const QHash<QString, QString>* LookupTable(const QString& table, const QString& key,
+                                               const QString& text);
+
+    store::Database& db_;
+    const ListLayout& layout_;
+    std::vector<Cell> cells_;
+    std::vector<std::unique_ptr<QHash<QString, QString>>> lookups_;
+    QHash<QString, const QHash<QString, QString>*> lookupIndex_;
+};
+
+// The notes of a row: the notes column of the mode's table for the key, or the empty text.
+QString LoadNotes(store::Database& db, const QString& mode, const QString& keyText);
+
+// The text a key takes in a look-up: numbers in their plain form, text without case.
+QString LookupKey(const QVariant& value);
+
+}  // namespace slipbook::shell
