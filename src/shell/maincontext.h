@@ -58,7 +58,8 @@ public:
     virtual QString GetCar_num() = 0;
 
     // Weather pushed to every open prediction and tune-up window.
-    virtual void CalcAllETPrediction(const QString& corrFactorText, const QString& densityAltText) = 0;
+    virtual void CalcAllETPrediction(const QString& corrFactorText,
+                                     const QString& densityAltText) = 0;
     virtual void CalcAllTuneUp(const QString& airDensityText) = 0;
 
     virtual void AddPageLeadin(const QString& line) = 0;

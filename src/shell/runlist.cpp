@@ -17,11 +17,11 @@ ListColumn Fixed(const char* caption, const char* name, int width = -1, const ch
     c.name = QString::fromLatin1(name);
     c.width = width;
     c.typeName = QString::fromLatin1(type);
-    c.typeCode = c.typeName == u"Number" ? coltype::Number
-                 : c.typeName == u"Date" ? coltype::Date
-                                         : coltype::Text;
+    c.typeCode = TextGridModel::TypeCode(c.typeName);
     c.format = QString::fromLatin1(format);
-    c.alignment = c.typeCode == coltype::Text ? 0 : 1;
+    // Dates and numbers of the fixed lists stand right, header and cells alike.
+    c.alignment = c.typeCode == gridtype::Text ? 0 : 1;
+    c.headerFollowsCells = c.alignment != 0;
     return c;
 }
 
@@ -31,28 +31,13 @@ ListColumn Hidden(const char* name) {
     return c;
 }
 
-ListColumn Lookup(const char* caption, const char* name, const char* table, const char* field, int width = -1) {
+ListColumn Lookup(const char* caption, const char* name, const char* table, const char* field,
+                  int width = -1) {
     ListColumn c = Fixed(caption, name, width);
     c.lookup = true;
     c.lookupTable = QString::fromLatin1(table);
     c.lookupField = QString::fromLatin1(field);
     return c;
-}
-
-int TypeCodeOf(const QString& typeName) {
-    if (typeName == u"Text") {
-        return coltype::Text;
-    }
-    if (typeName == u"Number") {
-        return coltype::Number;
-    }
-    if (typeName == u"Date" || typeName == u"Time") {
-        return coltype::Date;
-    }
-    if (typeName == u"Boolean") {
-        return coltype::Boolean;
-    }
-    return coltype::Text;
 }
 
 // A column of the runs list from its catalogue row.
@@ -61,9 +46,8 @@ ListColumn FromCatalogue(const store::Recordset& cat) {
     c.caption = cat.Value(QStringLiteral("sColumnHeader")).toString();
     c.name = cat.Value(QStringLiteral("sFieldName")).toString();
     c.typeName = cat.Value(QStringLiteral("sDataType")).toString();
-    c.typeCode = TypeCodeOf(c.typeName);
-    const QString align = cat.Value(QStringLiteral("sAlignment")).toString();
-    c.alignment = align == u"R" ? 1 : align == u"C" ? 2 : 0;
+    c.typeCode = TextGridModel::TypeCode(c.typeName);
+    c.alignment = TextGridModel::AlignmentCode(cat.Value(QStringLiteral("sAlignment")).toString());
     const QVariant width = cat.Value(QStringLiteral("lColumnWidth"));
     if (width.isValid() && width.toDouble() > 0) {
         c.width = static_cast<int>(width.toDouble() * 1.2);
@@ -84,23 +68,28 @@ bool HasColumn(const ListLayout& layout, const QString& name) {
     return false;
 }
 
-void RunColumns(store::Database& db, const ListContext& ctx, ListLayout& layout, Messages& messages) {
+void RunColumns(store::Database& db, const ListContext& ctx, ListLayout& layout,
+                Messages& messages) {
     layout.columns.push_back(Hidden("lRun_id"));
     const QString table =
-        ctx.viewId != 0 ? store::TableLookup(db, QStringLiteral("tblViews"), QStringLiteral("lView_id"),
-                                             QStringLiteral("sTable_nm"), ctx.viewId, messages)
-                              .toString()
-                        : QString();
+        ctx.viewId != 0
+            ? store::TableLookup(db, QStringLiteral("tblViews"), QStringLiteral("lView_id"),
+                                 QStringLiteral("sTable_nm"), ctx.viewId, messages)
+                  .toString()
+            : QString();
     auto catalogue = db.OpenRecordset(
-        QStringLiteral("SELECT * FROM tblListViewColumns WHERE sView_id = 'ID_Runs'"), store::RecordsetType::Snapshot);
+        QStringLiteral("SELECT * FROM tblListViewColumns WHERE sView_id = 'ID_Runs'"),
+        store::RecordsetType::Snapshot);
     // A view table that has gone lists the runs under the key alone rather than stopping the load.
     if (!table.isEmpty() && db.TableExists(table)) {
-        auto view = db.OpenRecordset(QStringLiteral("SELECT * FROM %1 WHERE bVisible_fl ORDER BY lOrder ").arg(table),
-                                     store::RecordsetType::Snapshot);
+        auto view = db.OpenRecordset(
+            QStringLiteral("SELECT * FROM %1 WHERE bVisible_fl ORDER BY lOrder ").arg(table),
+            store::RecordsetType::Snapshot);
         while (!view->Eof()) {
             const QVariant id = view->Value(QStringLiteral("lLVC_id"));
             if (id.isValid()) {
-                catalogue->FindFirst(QStringLiteral("lLVC_id = ") + QString::number(id.toLongLong()));
+                catalogue->FindFirst(QStringLiteral("lLVC_id = ") +
+                                     QString::number(id.toLongLong()));
                 if (!catalogue->NoMatch()) {
                     layout.columns.push_back(FromCatalogue(*catalogue));
                 }
@@ -113,7 +102,8 @@ void RunColumns(store::Database& db, const ListContext& ctx, ListLayout& layout,
             if (HasColumn(layout, QString::fromLatin1(name))) {
                 continue;
             }
-            catalogue->FindFirst(QStringLiteral("sFieldName = '%1'").arg(QString::fromLatin1(name)));
+            catalogue->FindFirst(
+                QStringLiteral("sFieldName = '%1'").arg(QString::fromLatin1(name)));
             if (!catalogue->NoMatch()) {
                 layout.columns.push_back(FromCatalogue(*catalogue));
             }
@@ -134,18 +124,21 @@ QString RunListSql(const ListContext& ctx) {
         }
         sql += QStringLiteral(" WHERE ");
         if (ctx.eventId != 0) {
-            sql += QStringLiteral(" tblRuns.lEvent_id = ") + QString::number(ctx.eventId) + QStringLiteral(" AND ");
+            sql += QStringLiteral(" tblRuns.lEvent_id = ") + QString::number(ctx.eventId) +
+                   QStringLiteral(" AND ");
         }
         if (ctx.trackId != 0) {
             sql += QStringLiteral(" tblEvents.lEvent_id=tblRuns.lEvent_id AND ");
-            sql += QStringLiteral(" tblEvents.lTrack_id = ") + QString::number(ctx.trackId) + QStringLiteral(" AND ");
+            sql += QStringLiteral(" tblEvents.lTrack_id = ") + QString::number(ctx.trackId) +
+                   QStringLiteral(" AND ");
         }
         sql += QStringLiteral(" lCar_id = ") + QString::number(ctx.carId);
     }
     return sql + QStringLiteral(" ORDER BY dtRun_dt, dtRun_tm");
 }
 
-ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListContext& ctx, Messages& messages) {
+ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListContext& ctx,
+                           Messages& messages) {
     ListLayout layout;
     layout.mode = mode;
     if (mode == u"ID_Events") {
@@ -158,29 +151,39 @@ ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListC
                           Fixed("Purse", "cPurse_amt", 1000, "Number", "###,###,##0")};
         layout.columns[5].alignment = 1;
         layout.sql = QStringLiteral(
-            "SELECT lEvent_id,  sEvent_nm,  lTrack_id,  dtEventStart_dt,  dtEventEnd_dt,  lEventClass_id,  cPurse_amt,  "
+            "SELECT lEvent_id,  sEvent_nm,  lTrack_id,  dtEventStart_dt,  dtEventEnd_dt,  "
+            "lEventClass_id,  cPurse_amt,  "
             "sEventNotes_tx  FROM tblEvents  ORDER BY dtEventStart_dt DESC");
     } else if (mode == u"ID_Tracks") {
-        layout.columns = {Hidden("lTrack_id"),        Fixed("Name", "sTrack_nm", 2000), Fixed("Address", ""),
-                          Fixed("Contact", "sTrackContact_nm", 1400), Fixed("Phone", "sTrackPhone", 1250),
-                          Fixed("Internet", ""),      Fixed("Notes", "", 3000)};
+        layout.columns = {Hidden("lTrack_id"),
+                          Fixed("Name", "sTrack_nm", 2000),
+                          Fixed("Address", ""),
+                          Fixed("Contact", "sTrackContact_nm", 1400),
+                          Fixed("Phone", "sTrackPhone", 1250),
+                          Fixed("Internet", ""),
+                          Fixed("Notes", "", 3000)};
         layout.sql = QStringLiteral(
-            "SELECT lTrack_id,  sTrack_nm,  sTrackAddress_tx,  sTrackContact_nm,  sTrackPhone,  sTrackInternet_url,  "
+            "SELECT lTrack_id,  sTrack_nm,  sTrackAddress_tx,  sTrackContact_nm,  sTrackPhone,  "
+            "sTrackInternet_url,  "
             "sTrackDirections_tx,  sTrackNotes_tx  FROM tblTracks");
     } else if (mode == u"ID_Cars") {
-        layout.columns = {Hidden("lCar_id"), Fixed("Name", "sCar_nm", 3000), Fixed("Number", "sCar_num", 1500),
-                          Fixed("Carb", "sCarCarb_typ", 1500), Fixed("Fuel", "sCarFuel_typ", 1000)};
+        layout.columns = {Hidden("lCar_id"), Fixed("Name", "sCar_nm", 3000),
+                          Fixed("Number", "sCar_num", 1500), Fixed("Carb", "sCarCarb_typ", 1500),
+                          Fixed("Fuel", "sCarFuel_typ", 1000)};
         layout.sql = QStringLiteral(
-            "SELECT lCar_id,  sCar_nm,  sCar_num,  sCarCarb_typ,  sCarFuel_typ,  sCarNotes_tx  FROM tblCars");
+            "SELECT lCar_id,  sCar_nm,  sCar_num,  sCarCarb_typ,  sCarFuel_typ,  sCarNotes_tx  "
+            "FROM tblCars");
     } else if (mode == u"ID_Expenses") {
-        layout.columns = {Hidden("lExpense_id"),
-                          Fixed("Date", "dtExpense_dt", 1000, "Date"),
-                          Lookup("Category", "lExpenseCategory_id", "tblExpenseCategory", "sExpenseCategory_nm"),
-                          Fixed("Amount", "cExpense_amt", -1, "Number", "###,###,##0.00"),
-                          Lookup("Car", "lCar_id", "tblCars", "sCar_nm", 2000),
-                          Lookup("Event", "lEvent_id", "tblEvents", "sEvent_nm", 2000)};
+        layout.columns = {
+            Hidden("lExpense_id"),
+            Fixed("Date", "dtExpense_dt", 1000, "Date"),
+            Lookup("Category", "lExpenseCategory_id", "tblExpenseCategory", "sExpenseCategory_nm"),
+            Fixed("Amount", "cExpense_amt", -1, "Number", "###,###,##0.00"),
+            Lookup("Car", "lCar_id", "tblCars", "sCar_nm", 2000),
+            Lookup("Event", "lEvent_id", "tblEvents", "sEvent_nm", 2000)};
         layout.sql = QStringLiteral(
-            "SELECT lExpense_id,  dtExpense_dt,  lExpenseCategory_id,  cExpense_amt,  lCar_id,  lEvent_id,  "
+            "SELECT lExpense_id,  dtExpense_dt,  lExpenseCategory_id,  cExpense_amt,  lCar_id,  "
+            "lEvent_id,  "
             "sExpenseNotes_tx  FROM tblExpenses");
     } else if (mode == u"ID_Runs") {
         RunColumns(db, ctx, layout, messages);
@@ -205,7 +208,8 @@ QString LookupKey(const QVariant& value) {
 
 RowBuilder::RowBuilder(store::Database& db, const ListLayout& layout) : db_(db), layout_(layout) {}
 
-const QHash<QString, QString>* RowBuilder::LookupTable(const QString& table, const QString& key, const QString& text) {
+const QHash<QString, QString>* RowBuilder::LookupTable(const QString& table, const QString& key,
+                                                       const QString& text) {
     const QString id = (table + u'\n' + key + u'\n' + text).toLower();
     if (auto it = lookupIndex_.constFind(id); it != lookupIndex_.constEnd()) {
         return it.value();
@@ -213,7 +217,8 @@ const QHash<QString, QString>* RowBuilder::LookupTable(const QString& table, con
     auto map = std::make_unique<QHash<QString, QString>>();
     // A look-up that names what is not there shows empty cells, as a key without its row does.
     if (db_.FieldExists(table, key) && db_.FieldExists(table, text)) {
-        store::Query q = db_.OpenQuery(QStringLiteral("SELECT %1, %2 FROM %3").arg(key, text, table));
+        store::Query q =
+            db_.OpenQuery(QStringLiteral("SELECT %1, %2 FROM %3").arg(key, text, table));
         while (q.Next()) {
             const QString k = LookupKey(q.Value(0));
             if (!map->contains(k)) {
@@ -247,8 +252,11 @@ void RowBuilder::Bind(const store::Query& query) {
             } else if (c.lookup) {
                 cell.kind = Cell::Kind::Lookup;
                 cell.lookup = LookupTable(c.lookupTable, c.name, c.lookupField);
-            } else if (!runs && c.typeCode == coltype::Date) {
+            } else if (!runs && c.typeCode == gridtype::Date) {
                 cell.kind = Cell::Kind::DateMask;
+            } else if (query.Field(cell.field).kind == store::ColumnKind::Boolean) {
+                // A flag reads as the words, as a Yes/No value converts to text.
+                cell.kind = Cell::Kind::Flag;
             } else if (!c.format.isEmpty()) {
                 cell.kind = Cell::Kind::Formatted;
                 cell.format = c.format;
@@ -272,6 +280,13 @@ QStringList RowBuilder::Build(const store::Query& query) {
             case Cell::Kind::Raw:
                 row << FormatValue(query.Value(cell.field), QString());
                 break;
+            case Cell::Kind::Flag: {
+                const QVariant v = query.Value(cell.field);
+                row << (v.isValid() ? (v.toLongLong() != 0 ? QStringLiteral("True")
+                                                           : QStringLiteral("False"))
+                                    : QString());
+                break;
+            }
             case Cell::Kind::Formatted:
                 row << FormatValue(query.Value(cell.field), cell.format);
                 break;
@@ -301,6 +316,14 @@ QStringList RowBuilder::Build(const store::Query& query) {
     return row;
 }
 
+QString RowBuilder::BuildText(const store::Query& query) {
+    return TextGridModel::JoinCells(Build(query));
+}
+
+std::vector<GridColumn> ListLayout::GridColumns() const {
+    return std::vector<GridColumn>(columns.begin(), columns.end());
+}
+
 QString LoadNotes(store::Database& db, const QString& mode, const QString& keyText) {
     struct Source {
         const char* mode;
@@ -308,11 +331,12 @@ QString LoadNotes(store::Database& db, const QString& mode, const QString& keyTe
         const char* key;
         const char* notes;
     };
-    static const Source kSources[] = {{"ID_Events", "tblEvents", "lEvent_id", "sEventNotes_tx"},
-                                      {"ID_Runs", "tblRuns", "lRun_id", "sRunNotes_tx"},
-                                      {"ID_Cars", "tblCars", "lCar_id", "sCarNotes_tx"},
-                                      {"ID_Tracks", "tblTracks", "lTrack_id", "sTrackDirections_tx"},
-                                      {"ID_Expenses", "tblExpenses", "lExpense_id", "sExpenseNotes_tx"}};
+    static const Source kSources[] = {
+        {"ID_Events", "tblEvents", "lEvent_id", "sEventNotes_tx"},
+        {"ID_Runs", "tblRuns", "lRun_id", "sRunNotes_tx"},
+        {"ID_Cars", "tblCars", "lCar_id", "sCarNotes_tx"},
+        {"ID_Tracks", "tblTracks", "lTrack_id", "sTrackDirections_tx"},
+        {"ID_Expenses", "tblExpenses", "lExpense_id", "sExpenseNotes_tx"}};
     const auto key = StrictNumber(keyText);
     if (!key) {
         return QString();
@@ -320,8 +344,8 @@ QString LoadNotes(store::Database& db, const QString& mode, const QString& keyTe
     for (const Source& s : kSources) {
         if (mode == QLatin1String(s.mode)) {
             store::Query q = db.OpenQuery(QStringLiteral("SELECT %1, %2 FROM %3 WHERE %1 = %4")
-                                              .arg(QLatin1String(s.key), QLatin1String(s.notes), QLatin1String(s.table),
-                                                   PlainNumberText(*key)));
+                                              .arg(QLatin1String(s.key), QLatin1String(s.notes),
+                                                   QLatin1String(s.table), PlainNumberText(*key)));
             return q.Next() ? q.Text(1) : QString();
         }
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shell/common/messages.h"
+#include "shell/common/textgrid.h"
 #include "store/database.h"
 
 #include <QHash>
@@ -20,24 +21,8 @@ struct ListContext {
     QString filterSql;
 };
 
-// Type codes of list columns, as the grid sort reads them.
-namespace coltype {
-constexpr int Number = 5;
-constexpr int Date = 7;
-constexpr int Text = 8;
-constexpr int Boolean = 11;
-}  // namespace coltype
-
-struct ListColumn {
-    QString caption;
-    QString name;
-    bool visible = true;
-    int width = -1;  // layout units; -1 for the grid's default
-    QString typeName;
-    int typeCode = coltype::Text;
-    QString format;
-    int alignment = 0;  // 0 left, 1 right, 2 centre
-    // How a run cell is made (from the catalogue row of the column).
+// A grid column, and how a run cell of it is made (from the column's catalogue row).
+struct ListColumn : GridColumn {
     bool lookup = false;
     QString lookupTable;
     QString lookupField;
@@ -48,6 +33,7 @@ struct ListLayout {
     bool known = true;
     std::vector<ListColumn> columns;  // the first is the hidden key
     QString sql;
+    std::vector<GridColumn> GridColumns() const;
 };
 
 QString RunListSql(const ListContext& ctx);
@@ -66,10 +52,12 @@ public:
     // Call once with the statement's query before the first row.
     void Bind(const store::Query& query);
     QStringList Build(const store::Query& query);
+    // The row as the grid holds it: cells joined by tabs.
+    QString BuildText(const store::Query& query);
 
 private:
     struct Cell {
-        enum class Kind { Key, Lookup, Formatted, Raw, DateMask, Address, Phone, Empty };
+        enum class Kind { Key, Lookup, Formatted, Raw, Flag, DateMask, Address, Phone, Empty };
         Kind kind = Kind::Raw;
         int field = -1;
         QString format;

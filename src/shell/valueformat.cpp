@@ -7,15 +7,23 @@ namespace slipbook {
 
 namespace {
 
-const char* const kMonths[] = {"January", "February", "March",     "April",   "May",      "June",
-                               "July",    "August",   "September", "October", "November", "December"};
-const char* const kDays[] = {"Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sunday"};
+const char* const kMonths[] = {"January",   "February", "March",    "April",
+                               "May",       "June",     "July",     "August",
+                               "September", "October",  "November", "December"};
+const char* const kDays[] = {"Monday", "Tuesday",  "Wednesday", "Thursday",
+                             "Friday", "Saturday", "Sunday"};
 
-bool IsDayZero(const QDate& d) { return d == QDate(1899, 12, 30); }
+bool IsDayZero(const QDate& d) {
+    return d == QDate(1899, 12, 30);
+}
 
-QString Two(int v) { return QStringLiteral("%1").arg(v, 2, 10, QLatin1Char('0')); }
+QString Two(int v) {
+    return QStringLiteral("%1").arg(v, 2, 10, QLatin1Char('0'));
+}
 
-int Hour12(int h) { return h % 12 == 0 ? 12 : h % 12; }
+int Hour12(int h) {
+    return h % 12 == 0 ? 12 : h % 12;
+}
 
 }  // namespace
 
@@ -60,7 +68,8 @@ QString FormatDateTime(const QDateTime& value, const QString& format) {
     const QTime t = value.time();
     // With an AM/PM marker anywhere, hours run 1 to 12.
     const QString upper = format.toUpper();
-    const bool twelve = upper.contains(u"AMPM") || upper.contains(u"AM/PM") || upper.contains(u"A/P");
+    const bool twelve =
+        upper.contains(u"AMPM") || upper.contains(u"AM/PM") || upper.contains(u"A/P");
     QString out;
     bool afterHour = false;
     for (qsizetype i = 0; i < format.size();) {

@@ -135,6 +135,7 @@ class Query {
     bool Next();  // moves to the next row; false at the end
     int FieldCount() const;
     QString FieldName(int index) const;
+    const ColumnInfo& Field(int index) const { return columns_.at(index); }
     int FieldIndex(const QString& name) const;  // -1 when absent
     QVariant Value(int index) const;
     QVariant Value(const QString& name) const;

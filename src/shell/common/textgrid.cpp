@@ -1,0 +1,360 @@
+#include "shell/common/textgrid.h"
+
+#include "shell/common/forms.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace slipbook {
+
+namespace {
+
+QStringView CellOf(QStringView row, int column) {
+    qsizetype start = 0;
+    for (int c = 0; c < column; ++c) {
+        const qsizetype tab = row.indexOf(TextGridModel::kSeparator, start);
+        if (tab < 0) {
+            return QStringView();
+        }
+        start = tab + 1;
+    }
+    const qsizetype end = row.indexOf(TextGridModel::kSeparator, start);
+    return row.sliced(start, (end < 0 ? row.size() : end) - start);
+}
+
+bool IsBlankCell(QStringView cell) {
+    return cell.trimmed().isEmpty();
+}
+
+enum class SortKind { None, Number, Date, Text };
+
+SortKind KindOf(int typeCode) {
+    switch (typeCode) {
+        case 2:
+        case 3:
+        case 4:
+        case 5:
+        case 6:
+        case 17:
+            return SortKind::Number;
+        case 7:
+            return SortKind::Date;
+        case 8:
+        case 11:
+            return SortKind::Text;
+        default:
+            return SortKind::None;
+    }
+}
+
+// Keys are computed once per sort; the order is that of a bubble sort that swaps only a
+// strictly smaller later row, i.e. a stable ascending sort.
+template <typename Key, typename Less = std::less<Key>>
+std::vector<int> StableOrder(std::vector<std::pair<Key, int>>& keyed, Less less = Less()) {
+    std::stable_sort(keyed.begin(), keyed.end(),
+                     [&less](const auto& a, const auto& b) { return less(a.first, b.first); });
+    std::vector<int> order;
+    order.reserve(keyed.size());
+    for (const auto& k : keyed) {
+        order.push_back(k.second);
+    }
+    return order;
+}
+
+int AlignmentFlags(int alignment) {
+    switch (alignment) {
+        case 1:
+            return Qt::AlignRight | Qt::AlignVCenter;
+        case 2:
+            return Qt::AlignHCenter | Qt::AlignVCenter;
+        default:
+            return Qt::AlignLeft | Qt::AlignVCenter;
+    }
+}
+
+}  // namespace
+
+int TextGridModel::TypeCode(QStringView typeName) {
+    if (typeName.compare(u"Number", Qt::CaseInsensitive) == 0) {
+        return gridtype::Number;
+    }
+    if (typeName.compare(u"Date", Qt::CaseInsensitive) == 0 ||
+        typeName.compare(u"Time", Qt::CaseInsensitive) == 0) {
+        return gridtype::Date;
+    }
+    if (typeName.compare(u"Boolean", Qt::CaseInsensitive) == 0) {
+        return gridtype::Boolean;
+    }
+    return gridtype::Text;
+}
+
+int TextGridModel::AlignmentCode(QStringView letter) {
+    if (letter == u"R") {
+        return 1;
+    }
+    if (letter == u"C") {
+        return 2;
+    }
+    return 0;
+}
+
+TextGridModel::TextGridModel(QObject* parent) : QAbstractTableModel(parent) {}
+
+int TextGridModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : RowCount();
+}
+
+int TextGridModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : ColumnCount();
+}
+
+QVariant TextGridModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= RowCount() || index.column() >= ColumnCount()) {
+        return QVariant();
+    }
+    switch (role) {
+        case Qt::DisplayRole:
+            return Cell(index.row(), index.column());
+        case Qt::TextAlignmentRole:
+            return AlignmentFlags(columns_[index.column()].alignment);
+        default:
+            return QVariant();
+    }
+}
+
+QVariant TextGridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= ColumnCount()) {
+        return QVariant();
+    }
+    const GridColumn& column = columns_[section];
+    switch (role) {
+        case Qt::DisplayRole:
+            return column.caption;
+        case Qt::TextAlignmentRole:
+            return AlignmentFlags(column.headerFollowsCells ? column.alignment : 0);
+        default:
+            return QVariant();
+    }
+}
+
+void TextGridModel::AddColumn(GridColumn column) {
+    const int at = ColumnCount();
+    beginInsertColumns(QModelIndex(), at, at);
+    columns_.push_back(std::move(column));
+    endInsertColumns();
+}
+
+void TextGridModel::SetColumns(std::vector<GridColumn> columns) {
+    beginResetModel();
+    columns_ = std::move(columns);
+    endResetModel();
+}
+
+int TextGridModel::ColumnIndex(QStringView name) const {
+    for (int i = 0; i < ColumnCount(); ++i) {
+        if (name.compare(columns_[i].name, Qt::CaseInsensitive) == 0) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+void TextGridModel::GridHeadersSet(QStringView text, QChar separator) {
+    QList<QStringView> pieces = text.split(separator);
+    // The piece after the last separator counts only when it holds something.
+    if (pieces.last().trimmed().isEmpty()) {
+        pieces.removeLast();
+    }
+    const int count = std::min(static_cast<int>(pieces.size()), ColumnCount());
+    for (int i = 0; i < count; ++i) {
+        columns_[i].caption = pieces[i].toString();
+    }
+    if (count > 0) {
+        Q_EMIT headerDataChanged(Qt::Horizontal, 0, count - 1);
+    }
+}
+
+void TextGridModel::AddRow(QStringView rowText) {
+    const int at = RowCount();
+    beginInsertRows(QModelIndex(), at, at);
+    rows_.push_back(rowText.toString());
+    endInsertRows();
+}
+
+void TextGridModel::AddRow(const QStringList& cells) {
+    const int at = RowCount();
+    beginInsertRows(QModelIndex(), at, at);
+    rows_.push_back(JoinCells(cells));
+    endInsertRows();
+}
+
+void TextGridModel::SetRowText(int row, QStringView rowText) {
+    if (row < 0 || row >= RowCount()) {
+        return;
+    }
+    rows_[row] = rowText.toString();
+    if (ColumnCount() > 0) {
+        Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount() - 1));
+    }
+}
+
+void TextGridModel::RemoveRow(int row) {
+    if (row < 0 || row >= RowCount()) {
+        return;
+    }
+    beginRemoveRows(QModelIndex(), row, row);
+    rows_.erase(rows_.begin() + row);
+    endRemoveRows();
+}
+
+void TextGridModel::SetRows(std::vector<QString> rowTexts) {
+    // A row built by appending carries spare capacity; 100,000 of them add up.
+    for (QString& row : rowTexts) {
+        row.squeeze();
+    }
+    beginResetModel();
+    rows_ = std::move(rowTexts);
+    endResetModel();
+}
+
+void TextGridModel::SetRows(const std::vector<QStringList>& rows) {
+    std::vector<QString> texts;
+    texts.reserve(rows.size());
+    for (const QStringList& cells : rows) {
+        texts.push_back(JoinCells(cells));
+    }
+    SetRows(std::move(texts));
+}
+
+void TextGridModel::RemoveAll() {
+    beginResetModel();
+    rows_.clear();
+    rows_.shrink_to_fit();
+    endResetModel();
+}
+
+void TextGridModel::Clear() {
+    beginResetModel();
+    rows_.clear();
+    rows_.shrink_to_fit();
+    columns_.clear();
+    endResetModel();
+}
+
+QStringView TextGridModel::CellView(int row, int column) const {
+    if (row < 0 || row >= RowCount() || column < 0) {
+        return QStringView();
+    }
+    return CellOf(rows_[row], column);
+}
+
+int TextGridModel::GridFindRow(QStringView value) const {
+    for (int row = 0; row < RowCount(); ++row) {
+        if (CellOf(rows_[row], 0) == value) {
+            return row;
+        }
+    }
+    return -1;
+}
+
+int TextGridModel::GridNextRow(int index) const {
+    if (rows_.empty()) {
+        return -1;
+    }
+    return std::clamp(index, 0, RowCount() - 1);
+}
+
+void TextGridModel::GridSort(int column) {
+    if (column < 0 || column >= ColumnCount() || RowCount() < 2) {
+        return;
+    }
+    const int n = RowCount();
+    std::vector<int> order;
+    switch (KindOf(columns_[column].typeCode)) {
+        case SortKind::None:
+            return;
+        case SortKind::Number: {
+            std::vector<std::pair<double, int>> keyed;
+            keyed.reserve(n);
+            for (int row = 0; row < n; ++row) {
+                const QStringView cell = CellOf(rows_[row], column);
+                double key = IsBlankCell(cell) ? -std::numeric_limits<double>::infinity()
+                                               : GridNumberKey(cell);
+                if (std::isnan(key)) {
+                    key = 0.0;
+                }
+                keyed.emplace_back(key, row);
+            }
+            order = StableOrder(keyed);
+            break;
+        }
+        case SortKind::Date: {
+            std::vector<std::pair<qint64, int>> keyed;
+            keyed.reserve(n);
+            for (int row = 0; row < n; ++row) {
+                const auto key = GridDateKey(CellOf(rows_[row], column));
+                keyed.emplace_back(key.value_or(std::numeric_limits<qint64>::min()), row);
+            }
+            order = StableOrder(keyed);
+            break;
+        }
+        case SortKind::Text: {
+            std::vector<std::pair<QStringView, int>> keyed;
+            keyed.reserve(n);
+            for (int row = 0; row < n; ++row) {
+                keyed.emplace_back(CellOf(rows_[row], column), row);
+            }
+            order = StableOrder(keyed, [](QStringView a, QStringView b) {
+                return a.compare(b, Qt::CaseSensitive) < 0;
+            });
+            break;
+        }
+    }
+    ApplyOrder(order);
+}
+
+void TextGridModel::ApplyOrder(const std::vector<int>& order) {
+    Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    std::vector<QString> sorted;
+    sorted.reserve(rows_.size());
+    std::vector<int> newRowOf(rows_.size());
+    for (size_t i = 0; i < order.size(); ++i) {
+        sorted.push_back(std::move(rows_[order[i]]));
+        newRowOf[order[i]] = static_cast<int>(i);
+    }
+    rows_ = std::move(sorted);
+    const QModelIndexList from = persistentIndexList();
+    QModelIndexList to;
+    to.reserve(from.size());
+    for (const QModelIndex& old : from) {
+        to.append(index(newRowOf[old.row()], old.column()));
+    }
+    changePersistentIndexList(from, to);
+    Q_EMIT layoutChanged({}, QAbstractItemModel::VerticalSortHint);
+}
+
+QString TextGridModel::JoinCells(const QStringList& cells) {
+    qsizetype length = cells.isEmpty() ? 0 : cells.size() - 1;
+    for (const QString& cell : cells) {
+        length += cell.size();
+    }
+    QString row;
+    row.reserve(length);
+    for (qsizetype i = 0; i < cells.size(); ++i) {
+        if (i > 0) {
+            row += kSeparator;
+        }
+        const qsizetype at = row.size();
+        row += cells[i];
+        for (qsizetype j = at; j < row.size(); ++j) {
+            if (row[j] == kSeparator) {
+                row[j] = u' ';
+            }
+        }
+    }
+    return row;
+}
+
+}  // namespace slipbook

@@ -1,0 +1,118 @@
+#include "shell/ui/frozentableview.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
+
+namespace slipbook::shell {
+
+FrozenTableView::FrozenTableView(QWidget* parent) : QTableView(parent) {
+    overlay_ = new QTableView(this);
+    overlay_->setObjectName(QStringLiteral("ssdbgMainSplit"));
+    overlay_->setFocusPolicy(Qt::NoFocus);
+    overlay_->verticalHeader()->hide();
+    overlay_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    overlay_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    overlay_->setStyleSheet(
+        QStringLiteral("QTableView { border: none; border-right: 2px solid #8a94a3; }"));
+    overlay_->hide();
+    viewport()->stackUnder(overlay_);
+
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this](int section, int, int size) {
+                if (section < frozen_) {
+                    overlay_->setColumnWidth(section, size);
+                    UpdateOverlay();
+                }
+            });
+    connect(verticalHeader(), &QHeaderView::sectionResized, this,
+            [this](int section, int, int size) { overlay_->setRowHeight(section, size); });
+    connect(verticalScrollBar(), &QAbstractSlider::valueChanged, overlay_->verticalScrollBar(),
+            &QAbstractSlider::setValue);
+    connect(overlay_->verticalScrollBar(), &QAbstractSlider::valueChanged, verticalScrollBar(),
+            &QAbstractSlider::setValue);
+    // Clicks in the frozen part act as clicks in the grid.
+    connect(overlay_, &QTableView::clicked, this, &QTableView::clicked);
+    connect(overlay_, &QTableView::doubleClicked, this, &QTableView::doubleClicked);
+}
+
+void FrozenTableView::setModel(QAbstractItemModel* model) {
+    QTableView::setModel(model);
+    overlay_->setModel(model);
+    overlay_->setSelectionModel(selectionModel());
+    overlay_->setSelectionBehavior(selectionBehavior());
+    overlay_->setSelectionMode(selectionMode());
+    overlay_->horizontalHeader()->setSectionsClickable(true);
+    connect(overlay_->horizontalHeader(), &QHeaderView::sectionClicked, horizontalHeader(),
+            &QHeaderView::sectionClicked);
+    connect(model, &QAbstractItemModel::modelReset, this, &FrozenTableView::SyncColumns);
+    connect(model, &QAbstractItemModel::columnsInserted, this, &FrozenTableView::SyncColumns);
+}
+
+void FrozenTableView::setFrozenColumns(int count) {
+    frozen_ = count;
+    SyncColumns();
+}
+
+void FrozenTableView::SyncColumns() {
+    if (model() == nullptr) {
+        return;
+    }
+    const int columns = model()->columnCount();
+    const bool on = frozen_ > 0 && columns > frozen_;
+    overlay_->setVisible(on);
+    if (!on) {
+        return;
+    }
+    overlay_->setSelectionBehavior(selectionBehavior());
+    overlay_->setSelectionMode(selectionMode());
+    for (int c = 0; c < columns; ++c) {
+        const bool show = c < frozen_ && !isColumnHidden(c);
+        overlay_->setColumnHidden(c, !show);
+        if (show) {
+            overlay_->setColumnWidth(c, columnWidth(c));
+        }
+    }
+    overlay_->verticalHeader()->setDefaultSectionSize(verticalHeader()->defaultSectionSize());
+    UpdateOverlay();
+}
+
+void FrozenTableView::UpdateOverlay() {
+    if (!overlay_->isVisible()) {
+        return;
+    }
+    int width = 0;
+    for (int c = 0; c < frozen_; ++c) {
+        if (!isColumnHidden(c)) {
+            width += columnWidth(c);
+        }
+    }
+    overlay_->setGeometry(verticalHeader()->width() + frameWidth(), frameWidth(), width,
+                          viewport()->height() + horizontalHeader()->height());
+}
+
+void FrozenTableView::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    UpdateOverlay();
+}
+
+QModelIndex FrozenTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    QModelIndex current = QTableView::moveCursor(action, modifiers);
+    if (overlay_->isVisible() && action == MoveLeft && current.column() >= frozen_) {
+        const int left = visualRect(current).topLeft().x();
+        if (left < overlay_->width()) {
+            const int to = horizontalScrollBar()->value() + left - overlay_->width();
+            horizontalScrollBar()->setValue(to);
+        }
+    }
+    return current;
+}
+
+void FrozenTableView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    if (index.column() >= frozen_ || !overlay_->isVisible()) {
+        QTableView::scrollTo(index, hint);
+    } else {
+        QTableView::scrollTo(model()->index(index.row(), frozen_), hint);
+    }
+}
+
+}  // namespace slipbook::shell

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QTableView>
+
+namespace slipbook::shell {
+
+// A table whose first columns stay in view while the others scroll sideways: a second view over
+// the same model and selection lies on top of the left edge.
+class FrozenTableView : public QTableView {
+    Q_OBJECT
+
+public:
+    explicit FrozenTableView(QWidget* parent = nullptr);
+
+    void setModel(QAbstractItemModel* model) override;
+    // Columns [0, count) stay in view; 0 turns the split off.
+    void setFrozenColumns(int count);
+    int frozenColumns() const { return frozen_; }
+    QTableView* frozenView() const { return overlay_; }
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+
+private:
+    void UpdateOverlay();
+    void SyncColumns();
+
+    QTableView* overlay_ = nullptr;
+    int frozen_ = 0;
+};
+
+}  // namespace slipbook::shell

@@ -1,0 +1,200 @@
+#include "weather/station.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <ostream>
+#include <tuple>
+
+inline void PrintTo(const QString& s, std::ostream* os) {
+    *os << '"' << s.toStdString() << '"';
+}
+
+using namespace slipbook::weather;
+
+namespace {
+
+// "count: t | h | b" for the fields a record fills.
+QString Fields(const char* record) {
+    const StationFields f = ParseStationRecord(QString::fromUtf8(record));
+    QString shown = QString::number(f.count) + u':';
+    for (int i = 0; i < f.count; ++i) {
+        shown += (i ? QStringLiteral(" | ") : QStringLiteral(" ")) + f.texts[i];
+    }
+    return shown;
+}
+
+void WriteFile(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+QByteArray ReadFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<absent>");
+}
+
+}  // namespace
+
+TEST(StationRecord, FieldsSplitAtCommaBlankAndShortRecordsHandTheLastFieldOn) {
+    EXPECT_EQ(Fields("x, 70, 50, 29.92"), "3: 70 | 50 | 29.92");
+    EXPECT_EQ(Fields("07/04/2005 10:30:00, 75.5, 48, 29.87, 310, 12"), "3: 75.5 | 48 | 29.87");
+    // The leading field is skipped whatever it holds, and nothing is trimmed.
+    EXPECT_EQ(Fields("a,b, 70 , 50,29.92"), "3: 70  | 50 | 50");
+    EXPECT_EQ(Fields("x, 70"), "3: 70 | 70 | 70");
+    EXPECT_EQ(Fields("x, 70, 50"), "3: 70 | 50 | 50");
+    // No comma-blank after the leading field: nothing at all.
+    EXPECT_EQ(Fields("x,70,50,29.92"), "0:");
+    EXPECT_EQ(Fields(""), "0:");
+    // A comma-blank with nothing behind it ends the split there.
+    EXPECT_EQ(Fields("x, "), "0:");
+    EXPECT_EQ(Fields("x, 70, "), "1: 70");
+    EXPECT_EQ(Fields("x, 70, 50, "), "2: 70 | 50");
+    // A comma directly at a field's start runs the field to the end of the line.
+    EXPECT_EQ(Fields("x, ,5, 6"), "3: ,5, 6 | ,5, 6 | ,5, 6");
+    EXPECT_EQ(Fields("x, 70, , 29.92"), "3: 70 | , 29.92 | , 29.92");
+}
+
+TEST(StationRecord, DerivedPressureAltitudeAndBarometerTexts) {
+    EXPECT_EQ(*PressureAltitudeText(u"29.92"), "1");
+    EXPECT_EQ(*PressureAltitudeText(u"28"), "1825");
+    // The station's humidity in the barometer: through the polynomial, no range test.
+    ASSERT_TRUE(PressureAltitudeText(u"70").ok());
+    EXPECT_EQ(*BarometerText(u"1000"), "28.86");
+    EXPECT_EQ(PressureAltitudeText(u"abc").error(), "barometric pressure \"abc\" is not a number");
+    EXPECT_EQ(PressureAltitudeText(u"").error(), "barometric pressure is empty");
+    EXPECT_EQ(BarometerText(u"").error(), "pressure altitude is empty");
+    EXPECT_FALSE(PressureAltitudeText(u"1e300").ok());
+}
+
+TEST(StationFiles, ReadingTakesLineTwoOrTheOnlyLineAndDeletesOnlyWhenAsked) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const QString latest = StationFilePath(dir.path(), kLatestReadingFile);
+    const QString chosen = StationFilePath(dir.path(), kChosenReadingFile);
+    EXPECT_TRUE(latest.endsWith("/Barometrix_Weather.txt"));
+    EXPECT_TRUE(chosen.endsWith("/Barometrix_GetWeather.txt"));
+
+    struct Case {
+        QByteArray bytes;
+        const char* record;
+    } cases[] = {
+        {"Date, Temp, Hum, Baro\r\nx, 70, 50, 29.92\r\n", "x, 70, 50, 29.92"},
+        {"x, 70, 50, 29.92\r\n", "x, 70, 50, 29.92"},  // one line is the record
+        {"x, 70, 50, 29.92", "x, 70, 50, 29.92"},      // without its line ending
+        {"head\r\nline2\r\nline3\r\n", "line2"},
+        {"head\nline2\n", "line2"},
+        {"head\rline2", "line2"},
+        {"head\r\nx, 7", "x, 7"},  // half-written: read as far as it goes
+        {"head\r\n\r\nx, 70\r\n", ""},
+        {"", ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.bytes.toStdString());
+        WriteFile(latest, c.bytes);
+        const StationRead read = ReadLatestReading(dir.path());
+        EXPECT_TRUE(read.opened);
+        EXPECT_EQ(read.record, QString::fromLatin1(c.record));
+        EXPECT_FALSE(QFile::exists(latest));
+    }
+
+    WriteFile(chosen, "head\r\nx, 80, 40, 30.01\r\n");
+    EXPECT_EQ(ReadChosenReading(dir.path()).record, "x, 80, 40, 30.01");
+    EXPECT_TRUE(QFile::exists(chosen));
+    EXPECT_EQ(ReadChosenReading(dir.path()).record, "x, 80, 40, 30.01");
+    ClearChosenReading(dir.path());
+    EXPECT_FALSE(QFile::exists(chosen));
+    ClearChosenReading(dir.path());  // nothing there: no complaint
+}
+
+TEST(StationFiles, NothingToOpenIsNoNewReading) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    EXPECT_FALSE(ReadLatestReading(dir.path()).opened);
+    EXPECT_FALSE(ReadLatestReading(dir.filePath("no/such/dir")).opened);
+    EXPECT_FALSE(ReadChosenReading(dir.filePath("no/such/dir")).opened);
+    // A name that can't be opened as a file stands for one the station still holds.
+    ASSERT_TRUE(QDir(dir.path()).mkdir(kLatestReadingFile.toString()));
+    const StationRead held = ReadLatestReading(dir.path());
+    EXPECT_FALSE(held.opened);
+    EXPECT_TRUE(held.record.isEmpty());
+}
+
+TEST(StationFiles, PageFileHoldsPrefixAndLeadInAndIsReplacedEachTime) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const QString page = StationFilePath(dir.path(), kPageFile);
+    EXPECT_TRUE(page.endsWith("/Barometrix_Page.txt"));
+
+    ASSERT_TRUE(WritePageFile(dir.path(), "Camaro       #12\n 11.234"));
+    EXPECT_EQ(ReadFile(page), "PREFIX_REGULAR_BAROMETRIX_PAGING Camaro       #12\n 11.234\r\n");
+    ASSERT_TRUE(WritePageFile(dir.path(), ""));
+    EXPECT_EQ(ReadFile(page), "PREFIX_REGULAR_BAROMETRIX_PAGING \r\n");
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"Barometrix_Page.txt"});
+
+    EXPECT_FALSE(WritePageFile(dir.filePath("missing"), "x"));
+}
+
+TEST(WeatherWindowLogic, RecalculationShowsZerosComputesOrSaysWhy) {
+    const Recalculation computed = PlanRecalculation(u"75", u"50", u"29.92");
+    ASSERT_TRUE(computed.pushes());
+    EXPECT_EQ(QStringList(computed.texts.begin(), computed.texts.end()).join(' '),
+              "1.0294 1,468 95.80 0.438 29.48 55 62.5");
+
+    // Temperature or barometer not above zero: zeros, and nothing to push; humidity
+    // takes no part in that test.
+    for (auto [t, h, b] : {std::tuple{u"0", u"50", u"29.92"}, std::tuple{u"75", u"", u"0"},
+                           std::tuple{u"abc", u"x", u"29.92"}, std::tuple{u"-5", u"50", u"30"}}) {
+        const Recalculation r = PlanRecalculation(t, h, b);
+        EXPECT_EQ(r.kind, Recalculation::Kind::Zeros);
+        EXPECT_FALSE(r.pushes());
+        EXPECT_EQ(QStringList(r.texts.begin(), r.texts.end()).join(' '), "0 0 0 0 0 0 0");
+    }
+
+    EXPECT_EQ(PlanRecalculation(u"75", u"", u"29.92").reason, "humidity is empty");
+    EXPECT_EQ(PlanRecalculation(u"75", u"-", u"29.92").reason, "humidity \"-\" is not a number");
+    EXPECT_EQ(PlanRecalculation(u"75x", u"50", u"29.92").reason,
+              "temperature \"75x\" is not a number");
+    const Recalculation absurd = PlanRecalculation(u"-459.7", u"50", u"-5");
+    EXPECT_EQ(absurd.kind, Recalculation::Kind::Zeros);
+    const Recalculation hot = PlanRecalculation(u"5000", u"100", u"29.92");
+    ASSERT_TRUE(hot.failed());
+    EXPECT_TRUE(hot.reason.startsWith("the air figures can't be calculated"));
+    EXPECT_TRUE(PlanRecalculation(u"1e999", u"50", u"29.92").failed());
+}
+
+TEST(WeatherWindowLogic, PollingRhythm) {
+    // A good read (or an empty file) waits 15 seconds.
+    EXPECT_EQ(NextPollInterval(1000, true, true), 15000);
+    EXPECT_EQ(NextPollInterval(15000, true, true), 15000);
+    // No file: 15 s, 1 s, 15 s, ...
+    int interval = 1000;
+    QList<int> seen;
+    for (int i = 0; i < 4; ++i) {
+        interval = NextPollInterval(interval, true, false);
+        seen << interval;
+    }
+    EXPECT_EQ(seen, (QList<int>{15000, 1000, 15000, 1000}));
+    // Manual mode doesn't look and always waits 15 s.
+    EXPECT_EQ(NextPollInterval(15000, false, false), 15000);
+    EXPECT_EQ(NextPollInterval(1000, false, true), 15000);
+}
+
+TEST(WeatherWindowLogic, TimeStampAndWeatherRecordTexts) {
+    const QDateTime afternoon(QDate(2005, 7, 4), QTime(15, 5, 9));
+    EXPECT_EQ(WeatherTimeText(afternoon), "Mon 07/04/2005 at 03:05:09 PM");
+    EXPECT_EQ(WeatherTimeText(QDateTime(QDate(2005, 7, 4), QTime(0, 30, 0))),
+              "Mon 07/04/2005 at 12:30:00 AM");
+
+    std::array<QString, 11> boxes;
+    for (size_t i = 0; i < boxes.size(); ++i) {
+        boxes[i] = QString::number(i + 1);
+    }
+    const QString record = WeatherRecordText(afternoon, boxes);
+    EXPECT_EQ(record, "15:05\t1\t2\t3\t4\t5\t6\t7\t8\t9\t10\t11");
+    EXPECT_EQ(record.count(u'\t'), 11);
+}
