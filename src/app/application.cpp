@@ -1,5 +1,6 @@
 #include "app/application.h"
 
+#include "app/windows.h"
 #include "shell/common/commandline.h"
 #include "shell/ui/frmMain.h"
 #include "store/access.h"
@@ -139,6 +140,7 @@ void Application::SetSplashStatus(const QString& status) {
 void Application::LoadMainWindow() {
     main_ = std::make_unique<shell::frmMain>(db_, messages_, commandLine_, appDir_);
     main_->setStatusReporter([this](const QString& status) { SetSplashStatus(status); });
+    RegisterWindows(*main_);
 }
 
 void Application::FormLoadStuff() {

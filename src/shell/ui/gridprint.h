@@ -11,15 +11,15 @@ class QPrinter;
 namespace slipbook::shell {
 
 // The printed run list: every row with its column headers; the header "Page n", the program's
-// line and the list's title; the footer "Printed" with date and time; the visible columns scaled
-// to the page width.
+// line and the list's title; the footer "Printed" with date and time. Columns keep their widths;
+// a list wider than the page continues in further bands of columns.
 struct GridPrintJob {
     const TextGridModel* model = nullptr;
     QString title;
     QDateTime printed;
 };
 
-// Landscape when the list is wider than it is tall on a portrait page.
+// Landscape when the columns are wider than a portrait page.
 bool PrintWantsLandscape(const TextGridModel& model);
 
 // Paints the pages; returns the number of pages.
