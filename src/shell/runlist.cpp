@@ -6,6 +6,8 @@
 #include "store/access.h"
 #include "store/dberror.h"
 
+#include <cstring>
+
 namespace slipbook::shell {
 
 namespace {
@@ -260,64 +262,154 @@ void RowBuilder::Bind(const store::Query& query) {
             } else if (!c.format.isEmpty()) {
                 cell.kind = Cell::Kind::Formatted;
                 cell.format = c.format;
+                cell.number = std::make_shared<NumberFormat>(c.format);
             } else {
                 cell.kind = Cell::Kind::Raw;
             }
+        }
+        if (cell.field >= 0) {
+            cell.columnKind = query.Field(cell.field).kind;
         }
         cells_.push_back(cell);
     }
 }
 
-QStringList RowBuilder::Build(const store::Query& query) {
-    QStringList row;
-    row.reserve(static_cast<qsizetype>(cells_.size()));
-    for (const Cell& cell : cells_) {
-        switch (cell.kind) {
-            case Cell::Kind::Empty:
-                row << QString();
-                break;
-            case Cell::Kind::Key:
-            case Cell::Kind::Raw:
-                row << FormatValue(query.Value(cell.field), QString());
-                break;
-            case Cell::Kind::Flag: {
-                const QVariant v = query.Value(cell.field);
-                row << (v.isValid() ? (v.toLongLong() != 0 ? QStringLiteral("True")
-                                                           : QStringLiteral("False"))
-                                    : QString());
-                break;
+namespace {
+
+constexpr qsizetype kCacheLimit = 20000;
+
+quint64 BitsOf(double v) {
+    quint64 bits;
+    std::memcpy(&bits, &v, sizeof bits);
+    return bits;
+}
+
+template <class Key, class Make>
+const QString& Cached(QHash<Key, QString>& cache, const Key& key, Make make, QString& scratch) {
+    if (auto it = cache.constFind(key); it != cache.constEnd()) {
+        return it.value();
+    }
+    if (cache.size() < kCacheLimit) {
+        return *cache.insert(key, make());
+    }
+    scratch = make();
+    return scratch;
+}
+
+}  // namespace
+
+void RowBuilder::AppendCell(Cell& cell, const store::Query& query, QString& out) {
+    using Storage = store::Query::Storage;
+    using Kind = store::ColumnKind;
+    QString scratch;
+    switch (cell.kind) {
+        case Cell::Kind::Empty:
+            return;
+        case Cell::Kind::Key:
+        case Cell::Kind::Raw:
+        case Cell::Kind::Formatted: {
+            const Storage storage = query.StorageOf(cell.field);
+            if (storage == Storage::Null) {
+                return;
             }
-            case Cell::Kind::Formatted:
-                row << FormatValue(query.Value(cell.field), cell.format);
-                break;
-            case Cell::Kind::Lookup: {
-                const QVariant v = query.Value(cell.field);
-                row << (v.isValid() ? cell.lookup->value(LookupKey(v)) : QString());
-                break;
+            const bool formatted = cell.kind == Cell::Kind::Formatted;
+            if (cell.columnKind == Kind::DateTime || cell.columnKind == Kind::Currency ||
+                storage == Storage::Blob) {
+                out += Cached(
+                    cell.byText, query.Text(cell.field),
+                    [&] {
+                        return FormatValue(query.Value(cell.field),
+                                           formatted ? cell.format : QString());
+                    },
+                    scratch);
+                return;
             }
-            case Cell::Kind::DateMask:
-                row << DateMaskValue(query.Value(cell.field));
-                break;
-            case Cell::Kind::Address: {
-                QString text = query.Text(cell.field);
-                text.replace(QStringLiteral("\r\n"), QStringLiteral(", "));
-                // Line ends typed on this system are single line feeds.
-                text.replace(u'\n', QStringLiteral(", "));
-                row << text;
-                break;
-            }
-            case Cell::Kind::Phone: {
+            if (storage == Storage::Text) {
                 const QString text = query.Text(cell.field);
-                row << (text.contains(u'_') ? QString() : text);
-                break;
+                out += formatted ? Cached(
+                                       cell.byText, text,
+                                       [&] { return FormatValue(text, cell.format); }, scratch)
+                                 : text;
+                return;
             }
+            const double v = storage == Storage::Integer
+                                 ? static_cast<double>(query.Integer(cell.field))
+                                 : query.Real(cell.field);
+            if (cell.columnKind == Kind::Text) {
+                // A number stored in a text column reads back as the engine's text of it.
+                out += formatted ? FormatValue(query.Text(cell.field), cell.format)
+                                 : query.Text(cell.field);
+                return;
+            }
+            if (storage == Storage::Integer && !formatted) {
+                out += QString::number(query.Integer(cell.field));
+                return;
+            }
+            out += Cached(
+                cell.byNumber, BitsOf(v),
+                [&] { return formatted ? cell.number->Apply(v) : PlainNumberText(v); }, scratch);
+            return;
+        }
+        case Cell::Kind::Flag: {
+            if (!query.IsNull(cell.field)) {
+                out += query.Integer(cell.field) != 0 ? QStringLiteral("True")
+                                                      : QStringLiteral("False");
+            }
+            return;
+        }
+        case Cell::Kind::Lookup: {
+            const Storage storage = query.StorageOf(cell.field);
+            if (storage == Storage::Null) {
+                return;
+            }
+            out += cell.lookup->value(storage == Storage::Integer
+                                          ? QString::number(query.Integer(cell.field))
+                                          : LookupKey(query.Value(cell.field)));
+            return;
+        }
+        case Cell::Kind::DateMask:
+            out += DateMaskValue(query.Value(cell.field));
+            return;
+        case Cell::Kind::Address: {
+            QString text = query.Text(cell.field);
+            text.replace(QStringLiteral("\r\n"), QStringLiteral(", "));
+            // Line ends typed on this system are single line feeds.
+            text.replace(u'\n', QStringLiteral(", "));
+            out += text;
+            return;
+        }
+        case Cell::Kind::Phone: {
+            const QString text = query.Text(cell.field);
+            if (!text.contains(u'_')) {
+                out += text;
+            }
+            return;
         }
     }
-    return row;
+}
+
+QStringList RowBuilder::Build(const store::Query& query) {
+    return BuildText(query).split(TextGridModel::kSeparator);
 }
 
 QString RowBuilder::BuildText(const store::Query& query) {
-    return TextGridModel::JoinCells(Build(query));
+    QString row;
+    row.reserve(static_cast<qsizetype>(cells_.size()) * 8);
+    for (size_t i = 0; i < cells_.size(); ++i) {
+        if (i > 0) {
+            row += TextGridModel::kSeparator;
+        }
+        const qsizetype at = row.size();
+        AppendCell(cells_[i], query, row);
+        // A tab inside a cell would split it.
+        for (qsizetype k = at; k < row.size(); ++k) {
+            if (row[k] == TextGridModel::kSeparator) {
+                row[k] = u' ';
+            }
+        }
+    }
+    row.squeeze();
+    return row;
 }
 
 std::vector<GridColumn> ListLayout::GridColumns() const {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "shell/common/messages.h"
+#include "shell/common/numbers.h"
 #include "shell/common/textgrid.h"
 #include "store/database.h"
 
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <memory>
 #include <vector>
 
 namespace slipbook::shell {
@@ -60,9 +62,15 @@ private:
         enum class Kind { Key, Lookup, Formatted, Raw, Flag, DateMask, Address, Phone, Empty };
         Kind kind = Kind::Raw;
         int field = -1;
+        store::ColumnKind columnKind = store::ColumnKind::Any;
         QString format;
+        std::shared_ptr<NumberFormat> number;
         const QHash<QString, QString>* lookup = nullptr;
+        // Texts already made for a value: a list repeats its values a great deal.
+        QHash<quint64, QString> byNumber;
+        QHash<QString, QString> byText;
     };
+    void AppendCell(Cell& cell, const store::Query& query, QString& out);
     const QHash<QString, QString>* LookupTable(const QString& table, const QString& key,
                                                const QString& text);
 

@@ -48,7 +48,7 @@ class Query;
 // The one open logbook. Every statement of the program goes through it, in the desktop
 // engine's dialect (see jetsql.h). Errors are thrown as DbError.
 class Database : public jet::SchemaLookup {
-  public:
+public:
     Database();
     ~Database() override;
     Database(const Database&) = delete;
@@ -78,14 +78,14 @@ class Database : public jet::SchemaLookup {
 
     // All statements between begin and commit land together or not at all. Nests.
     class Transaction {
-      public:
+    public:
         explicit Transaction(Database& db);
         ~Transaction();  // rolls back unless committed
         Transaction(const Transaction&) = delete;
         Transaction& operator=(const Transaction&) = delete;
         void Commit();
 
-      private:
+    private:
         Database& db_;
         QString name_;
         bool done_ = false;
@@ -112,7 +112,7 @@ class Database : public jet::SchemaLookup {
     void ExecRaw(const QString& sqliteSql);
     jet::Translated Translate(const QString& jetSql) const;
 
-  private:
+private:
     void ApplyPragmas(bool exclusive);
     void LoadSchema() const;
     void RunSelectInto(const jet::Translated& t);
@@ -127,7 +127,7 @@ class Database : public jet::SchemaLookup {
 
 // A forward-only cursor over the rows of a SELECT. Values convert as Recordset's do.
 class Query {
-  public:
+public:
     Query(Query&& other) noexcept;
     Query& operator=(Query&& other) noexcept;
     ~Query();
@@ -142,8 +142,13 @@ class Query {
     // The raw text of a cell, UTF-8, without conversion; empty view for Null.
     QString Text(int index) const;
     bool IsNull(int index) const;
+    // The cell as stored, for readers that must not pay for a QVariant per cell.
+    enum class Storage { Null, Integer, Real, Text, Blob };
+    Storage StorageOf(int index) const;
+    qint64 Integer(int index) const;
+    double Real(int index) const;
 
-  private:
+private:
     friend class Database;
     Query(const Database* db, sqlite3_stmt* stmt);
     const Database* db_ = nullptr;

@@ -25,7 +25,7 @@ constexpr int Overflow = 6;
 
 // The error object of the store: a number, a source and a description, as the error boxes show.
 class DbError : public std::runtime_error {
-  public:
+public:
     DbError(int number, QString source, QString description)
         : std::runtime_error(description.toStdString()),
           number_(number),
@@ -36,7 +36,7 @@ class DbError : public std::runtime_error {
     const QString& source() const { return source_; }
     const QString& description() const { return description_; }
 
-  private:
+private:
     int number_;
     QString source_;
     QString description_;

@@ -779,7 +779,7 @@ QString Emit(const Tokens& t) {
 
 // Walks SQL text outside literals, names in quotes or brackets, and comments.
 class Scanner {
-  public:
+public:
     explicit Scanner(const QString& text) : s_(text) {}
 
     // Skips a literal or comment at `i`; returns false when there is none.
@@ -813,7 +813,7 @@ class Scanner {
         return false;
     }
 
-  private:
+private:
     const QString& s_;
 };
 

@@ -18,7 +18,7 @@ struct ColumnDecl {
 // What the translator needs to know of the schema: a table's columns in their order, or
 // nothing when there is no such table. Names are compared without case.
 class SchemaLookup {
-  public:
+public:
     virtual ~SchemaLookup() = default;
     virtual std::optional<std::vector<ColumnDecl>> columns(const QString& table) const = 0;
 };

@@ -368,6 +368,29 @@ bool Query::IsNull(int index) const {
     return sqlite3_column_type(stmt_, index) == SQLITE_NULL;
 }
 
+Query::Storage Query::StorageOf(int index) const {
+    switch (sqlite3_column_type(stmt_, index)) {
+        case SQLITE_NULL:
+            return Storage::Null;
+        case SQLITE_INTEGER:
+            return Storage::Integer;
+        case SQLITE_FLOAT:
+            return Storage::Real;
+        case SQLITE_TEXT:
+            return Storage::Text;
+        default:
+            return Storage::Blob;
+    }
+}
+
+qint64 Query::Integer(int index) const {
+    return sqlite3_column_int64(stmt_, index);
+}
+
+double Query::Real(int index) const {
+    return sqlite3_column_double(stmt_, index);
+}
+
 // ---------------------------------------------------------------------------------------------
 // Recordset
 

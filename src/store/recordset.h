@@ -36,7 +36,7 @@ using Bookmark = qint64;
 // with the engine's numbers: no current row 3021, update without edit 3020, field not in the set
 // 3265.
 class Recordset {
-  public:
+public:
     Recordset(Database& db, const QString& jetSql, RecordsetType type);
     ~Recordset();
     Recordset(const Recordset&) = delete;
@@ -89,7 +89,7 @@ class Recordset {
     void Close();
     bool IsOpen() const { return open_; }
 
-  private:
+private:
     void Load(const QString& jetSql);
     void RequireCurrent() const;
     void RequireOpen() const;

@@ -583,32 +583,55 @@ std::optional<double> StrictNumber(QStringView text) {
     return (minus || paren) ? -*value : *value;
 }
 
-QString FormatNumber(double value, QStringView format) {
+struct NumberFormat::Sections {
+    bool plain = false;
+    FormatSection positive;
+    std::optional<FormatSection> negative;
+    std::optional<FormatSection> zero;
+};
+
+NumberFormat::NumberFormat(QStringView format) : sections_(std::make_unique<Sections>()) {
+    format = NamedFormat(format);
+    if (format.isEmpty() || format.compare(u"General Number", Qt::CaseInsensitive) == 0) {
+        sections_->plain = true;
+        return;
+    }
+    const QList<QStringView> parts = SplitSections(format);
+    sections_->positive = ParseSection(parts[0]);
+    if (parts.size() >= 2) {
+        sections_->negative = ParseSection(parts[1]);
+    }
+    if (parts.size() >= 3) {
+        sections_->zero = ParseSection(parts[2]);
+    }
+}
+
+NumberFormat::~NumberFormat() = default;
+NumberFormat::NumberFormat(NumberFormat&&) noexcept = default;
+NumberFormat& NumberFormat::operator=(NumberFormat&&) noexcept = default;
+
+QString NumberFormat::Apply(double value) const {
     if (!std::isfinite(value)) {
         return {};
     }
-    format = NamedFormat(format);
-    if (format.isEmpty() || format.compare(u"General Number", Qt::CaseInsensitive) == 0) {
+    const Sections& s = *sections_;
+    if (s.plain) {
         return PlainNumberText(value);
     }
-    const QList<QStringView> parts = SplitSections(format);
-    const FormatSection positive = ParseSection(parts[0]);
-    if (value < 0 && parts.size() >= 2) {
-        const FormatSection negative = ParseSection(parts[1]);
-        if (!negative.empty) {
-            return RenderSection(negative, -value, false);
-        }
+    if (value < 0 && s.negative && !s.negative->empty) {
+        return RenderSection(*s.negative, -value, false);
     }
-    if (value == 0 && parts.size() >= 3) {
-        const FormatSection zero = ParseSection(parts[2]);
-        if (!zero.empty) {
-            return RenderSection(zero, 0, false);
-        }
+    if (value == 0 && s.zero && !s.zero->empty) {
+        return RenderSection(*s.zero, 0, false);
     }
-    if (positive.empty) {
+    if (s.positive.empty) {
         return PlainNumberText(value);
     }
-    return RenderSection(positive, std::fabs(value), value < 0);
+    return RenderSection(s.positive, std::fabs(value), value < 0);
+}
+
+QString FormatNumber(double value, QStringView format) {
+    return NumberFormat(format).Apply(value);
 }
 
 QString PlainNumberText(double value) {

@@ -11,6 +11,7 @@
 #include <QString>
 #include <QStringView>
 
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -43,6 +44,20 @@ std::optional<double> StrictNumber(QStringView text);
 // "Standard", "Percent" and "Currency" stand for their usual formats; the empty format gives
 // PlainNumberText. A value that is not finite gives the empty text.
 QString FormatNumber(double value, QStringView format);
+
+// FormatNumber with the format read once, for lists that format many values alike.
+class NumberFormat {
+public:
+    explicit NumberFormat(QStringView format);
+    ~NumberFormat();
+    NumberFormat(NumberFormat&&) noexcept;
+    NumberFormat& operator=(NumberFormat&&) noexcept;
+    QString Apply(double value) const;  // the same text as FormatNumber(value, format)
+
+private:
+    struct Sections;
+    std::unique_ptr<Sections> sections_;
+};
 
 // The text a double converts to without a format: up to 15 significant digits without trailing
 // zeros or grouping, "0.5" rather than ".5", and the scientific form "1E+15", "1.5E-05" when

@@ -41,9 +41,11 @@ namespace {
 
 const QString kNotYet = QStringLiteral("Not available yet");
 
-// Layout units are twips; the screen shows 15 of them to a pixel.
-int PixelsOf(int twips) {
-    return std::max(24, twips / 15);
+// Layout units are twips, 15 to a pixel for the small system font they were chosen for; a
+// larger font widens the columns alike.
+int PixelsOf(int twips, const QFontMetrics& fm) {
+    const double scale = std::max(1.0, fm.averageCharWidth() / 5.0);
+    return std::max(24, static_cast<int>(twips / 15.0 * scale));
 }
 
 // The keys of the selectors are the rows' own keys: no 16-bit slot, so a large key is no error.
@@ -194,6 +196,7 @@ void frmMain::BuildTools() {
     for (const char* id : {"ID_Weather", "ID_ETTS", "ID_TuneUp", "ID_TestTune", "ID_Filter"}) {
         toolBar_->addAction(tool(QString::fromLatin1(id)));
     }
+    addToolBarBreak();
     auto* selectors = addToolBar(tr("Selectors"));
     selectors->setObjectName(QStringLiteral("atbMainSelectors"));
     selectors->setMovable(false);
@@ -558,7 +561,7 @@ void frmMain::ListLoad(const QString& mode) {
     for (int c = 0; c < model_->ColumnCount(); ++c) {
         const GridColumn& col = model_->Column(c);
         grid_->setColumnHidden(c, !col.visible);
-        grid_->setColumnWidth(c, col.width > 0 ? PixelsOf(col.width) : 100);
+        grid_->setColumnWidth(c, PixelsOf(col.width > 0 ? col.width : 1500, grid_->fontMetrics()));
     }
     if (!layout_.sql.isEmpty()) {
         std::vector<QString> rows;

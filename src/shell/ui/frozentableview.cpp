@@ -86,12 +86,25 @@ void FrozenTableView::UpdateOverlay() {
             width += columnWidth(c);
         }
     }
-    overlay_->setGeometry(verticalHeader()->width() + frameWidth(), frameWidth(), width,
+    // A hidden header keeps its old width, so only a shown one counts.
+    const int left = frameWidth() + (verticalHeader()->isVisible() ? verticalHeader()->width() : 0);
+    overlay_->setGeometry(left, frameWidth(), width,
                           viewport()->height() + horizontalHeader()->height());
+    overlay_->horizontalHeader()->setFixedHeight(horizontalHeader()->height());
 }
 
 void FrozenTableView::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
+    UpdateOverlay();
+}
+
+void FrozenTableView::showEvent(QShowEvent* event) {
+    QTableView::showEvent(event);
+    SyncColumns();
+}
+
+void FrozenTableView::updateGeometries() {
+    QTableView::updateGeometries();
     UpdateOverlay();
 }
 

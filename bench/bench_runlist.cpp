@@ -1,0 +1,166 @@
+// The run list of a large logbook: 100,000 runs of one car in the widest shipped view, loaded into
+// the main window, against raw SQLite reading the same rows; then a sort by a text and by a number
+// column. Prints wall times, the ratio and the peak memory.
+//   build/bench/bench_runlist [RUNS] [--shot FILE.png]
+#include "logbookgen.h"
+
+#include "shell/ui/frmMain.h"
+#include "store/database.h"
+
+#include <sqlite3.h>
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <cstdio>
+
+using namespace slipbook;
+
+namespace {
+
+class SilentMessages : public Messages {
+public:
+    MsgAnswer show(const Message& m) override {
+        std::fprintf(stderr, "box: %s: %s\n", qPrintable(m.title), qPrintable(m.text));
+        return m.defaultAnswer;
+    }
+};
+
+double PeakMb() {
+    QFile f(QStringLiteral("/proc/self/status"));
+    if (!f.open(QIODevice::ReadOnly)) {
+        return -1;
+    }
+    for (const QByteArray& line : f.readAll().split('\n')) {
+        if (line.startsWith("VmHWM:")) {
+            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
+        }
+    }
+    return -1;
+}
+
+// Reading every column of every row of the statement, as the engine gives them.
+double RawReadMs(store::Database& db, const QString& jetSql, int* rows) {
+    const QString sql = db.Translate(jetSql).sql;
+    QElapsedTimer t;
+    t.start();
+    sqlite3_stmt* stmt = db.Prepare(sql);
+    const int n = sqlite3_column_count(stmt);
+    *rows = 0;
+    qint64 sink = 0;
+    while (sqlite3_step(stmt) == SQLITE_ROW) {
+        for (int i = 0; i < n; ++i) {
+            switch (sqlite3_column_type(stmt, i)) {
+                case SQLITE_INTEGER:
+                    sink += sqlite3_column_int64(stmt, i);
+                    break;
+                case SQLITE_FLOAT:
+                    sink += static_cast<qint64>(sqlite3_column_double(stmt, i));
+                    break;
+                case SQLITE_TEXT:
+                    sink += sqlite3_column_bytes(stmt, i);
+                    break;
+                default:
+                    break;
+            }
+        }
+        ++*rows;
+    }
+    sqlite3_finalize(stmt);
+    const double ms = t.nsecsElapsed() / 1e6;
+    return sink == 42 ? ms + 0 : ms;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QApplication app(argc, argv);
+    int runs = 100000;
+    QString shot;
+    for (int i = 1; i < argc; ++i) {
+        if (QString::fromLocal8Bit(argv[i]) == u"--shot" && i + 1 < argc) {
+            shot = QString::fromLocal8Bit(argv[++i]);
+        } else {
+            runs = std::atoi(argv[i]);
+        }
+    }
+    const QString dir =
+        QCoreApplication::applicationDirPath() + QStringLiteral("/runlist-%1").arg(runs);
+    QDir().mkpath(dir);
+    const QString logbook = dir + QStringLiteral("/Slipbook.db");
+    if (!QFileInfo::exists(logbook)) {
+        bench::GenerateLogbook(bench::BuiltTemplatePath(), logbook, runs, 1, 1);
+    }
+    store::Database db;
+    db.Open(logbook);
+    SilentMessages messages;
+    shell::frmMain main(db, messages, QString(), QCoreApplication::applicationDirPath());
+    main.FormLoadStuff();
+
+    // The widest shipped view.
+    QString widest;
+    int most = -1;
+    {
+        store::Query q = db.OpenQuery(
+            QStringLiteral("SELECT lView_id, sTable_nm FROM tblViews WHERE bReadOnlyView_fl"));
+        while (q.Next()) {
+            store::Query c = db.OpenQuery(
+                QStringLiteral("SELECT COUNT(*) AS n FROM %1 WHERE bVisible_fl").arg(q.Text(1)));
+            c.Next();
+            if (c.Value(0).toInt() > most) {
+                most = c.Value(0).toInt();
+                widest = q.Text(0);
+            }
+        }
+    }
+    QComboBox* views = main.selector(QStringLiteral("ID_Views"));
+    views->setCurrentIndex(views->findData(QVariant::fromValue<qint64>(widest.toLongLong())));
+
+    int rawRows = 0;
+    double raw = 1e9;
+    double load = 1e9;
+    for (int round = 0; round < 3; ++round) {
+        raw = std::min(
+            raw,
+            RawReadMs(
+                db,
+                QStringLiteral(
+                    "SELECT tblRuns.* FROM tblRuns WHERE  lCar_id = 1 ORDER BY dtRun_dt, dtRun_tm"),
+                &rawRows));
+        QElapsedTimer t;
+        t.start();
+        main.ToolClick(QStringLiteral("ID_Runs"));
+        load = std::min(load, t.nsecsElapsed() / 1e6);
+    }
+    const TextGridModel& grid = main.grid();
+    std::printf("run list: %d rows x %d columns (view %s)\n", grid.RowCount(), grid.ColumnCount(),
+                qPrintable(views->currentText()));
+    std::printf("raw SQLite read of the same rows: %.0f ms (%d rows)\n", raw, rawRows);
+    std::printf("list load into the main window: %.0f ms, ratio %.2f (target <= 2)\n", load,
+                load / raw);
+
+    auto sortBy = [&](const char* name) {
+        const int column = grid.ColumnIndex(QString::fromLatin1(name));
+        main.SelectRow(grid.RowCount() / 2);
+        QElapsedTimer t;
+        t.start();
+        main.HeadClick(column);
+        std::printf("sort by %s: %.0f ms (target < 300 ms)\n", name, t.nsecsElapsed() / 1e6);
+    };
+    sortBy("lEvent_id");
+    sortBy("i14Mile_et");
+    std::printf("peak memory: %.0f MB (target < 400 MB)\n", PeakMb());
+
+    if (!shot.isEmpty()) {
+        main.resize(1280, 760);
+        main.show();
+        QCoreApplication::processEvents();
+        main.grab().save(shot);
+    }
+    return 0;
+}
