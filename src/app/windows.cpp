@@ -1,5 +1,8 @@
 #include "app/windows.h"
 
+#include "garage/ui/frmEvent.h"
+#include "garage/ui/frmMaintenance.h"
+#include "garage/ui/frmTrack.h"
 #include "shell/ui/frmMain.h"
 #include "weather/ui/frmWeather.h"
 
@@ -15,9 +18,21 @@ W* Owned(W* window) {
     return window;
 }
 
+// A record window, with the main window's help and about.
+template <class W>
+QWidget* Record(shell::frmMain& m) {
+    W* w = Owned(new W(m.database(), m.messages(), m, &m));
+    w->SetHelpHandler([&m] { m.HelpContents(); });
+    w->SetAboutHandler([&m] { m.ToolClick(QStringLiteral("ID_About")); });
+    return w;
+}
+
 }  // namespace
 
 void RegisterWindows(shell::frmMain& main) {
+    main.RegisterWindow(QStringLiteral("ID_Events"), Record<garage::frmEvent>);
+    main.RegisterWindow(QStringLiteral("ID_Tracks"), Record<garage::frmTrack>);
+    main.RegisterWindow(QStringLiteral("ID_Maintenance"), Record<garage::frmMaintenance>);
     main.RegisterWindow(QStringLiteral("ID_Weather"), [](shell::frmMain& m) -> QWidget* {
         return Owned(new weather::frmWeather(m, m.messages(), {}, {}, &m));
     });

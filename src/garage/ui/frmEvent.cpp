@@ -1,0 +1,275 @@
+#include "garage/ui/frmEvent.h"
+
+#include "shell/common/forms.h"
+#include "shell/common/numbers.h"
+#include "shell/common/ui/formhelpers.h"
+#include "store/access.h"
+#include "store/currency.h"
+#include "store/recordset.h"
+
+#include <QComboBox>
+#include <QFocusEvent>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QSplitter>
+
+namespace slipbook::garage {
+
+namespace {
+
+const QString kNotesPlaceholder = QStringLiteral("<Type notes here>");
+const QString kPurseFormat = QStringLiteral("###,###,##0");
+
+double MoneyValue(const QVariant& value) {
+    if (value.metaType() == QMetaType::fromType<store::Currency>()) {
+        return value.value<store::Currency>().toDouble();
+    }
+    return value.toDouble();
+}
+
+// Empty is no purse; a number may carry its grouping commas. Anything else goes to the store
+// as typed, which refuses it and so fails the save with the reason.
+QVariant PurseValue(const QString& text) {
+    if (text.trimmed().isEmpty()) {
+        return QVariant();
+    }
+    if (const auto number = StrictNumber(text)) {
+        return *number;
+    }
+    return text;
+}
+
+bool IsFieldExit(const QEvent* event) {
+    return event->type() == QEvent::FocusOut &&
+           static_cast<const QFocusEvent*>(event)->reason() != Qt::PopupFocusReason;
+}
+
+}  // namespace
+
+frmEvent::frmEvent(store::Database& db, Messages& messages, shell::MainContext& main,
+                   QWidget* parent)
+    : RecordWindow(db, messages, main, parent) {
+    setObjectName(QStringLiteral("frmEvent"));
+    BuildBody();
+    resize(720, 440);
+    FormLoad();
+}
+
+void frmEvent::BuildBody() {
+    auto* splitter = new QSplitter(Qt::Horizontal, this);
+    lstEvents_ = new QListWidget(splitter);
+    lstEvents_->setObjectName(QStringLiteral("lstEvents"));
+    splitter->addWidget(lstEvents_);
+
+    auto* panel = new QWidget(splitter);
+    auto* grid = new QGridLayout(panel);
+    const auto label = [panel](const QString& text, QWidget* buddy) {
+        auto* l = new QLabel(text, panel);
+        l->setBuddy(buddy);
+        return l;
+    };
+
+    txtEvent_nm_ = new QLineEdit(panel);
+    txtEvent_nm_->setObjectName(QStringLiteral("txtEvent_nm"));
+    cboTracks_ = new QComboBox(panel);
+    cboTracks_->setObjectName(QStringLiteral("cboTracks"));
+    cboTracks_->setEditable(true);
+    mebEventStart_dt_ = MakeDateBox(QStringLiteral("mebEventStart_dt"), panel);
+    mebEventEnd_dt_ = MakeDateBox(QStringLiteral("mebEventEnd_dt"), panel);
+    cboEventClass_ = new QComboBox(panel);
+    cboEventClass_->setObjectName(QStringLiteral("cboEventClass"));
+    cboEventClass_->setEditable(true);
+    txtPurse_amt_ = new QLineEdit(panel);
+    txtPurse_amt_->setObjectName(QStringLiteral("txtPurse_amt"));
+    txtPurse_amt_->setAlignment(Qt::AlignRight);
+    txtPurse_amt_->setFixedWidth(mebEventStart_dt_->width());
+    rtbEventNotes_tx_ = new QPlainTextEdit(panel);
+    rtbEventNotes_tx_->setObjectName(QStringLiteral("rtbEventNotes_tx"));
+
+    grid->addWidget(label(tr("Desc:"), txtEvent_nm_), 0, 0);
+    grid->addWidget(txtEvent_nm_, 0, 1, 1, 4);
+    grid->addWidget(label(tr("Track:"), cboTracks_), 1, 0);
+    grid->addWidget(cboTracks_, 1, 1, 1, 4);
+    grid->addWidget(label(tr("Dates:"), mebEventStart_dt_), 2, 0);
+    grid->addWidget(mebEventStart_dt_, 2, 1);
+    grid->addWidget(label(tr("thru"), mebEventEnd_dt_), 2, 2, Qt::AlignCenter);
+    grid->addWidget(mebEventEnd_dt_, 2, 3);
+    grid->addWidget(label(tr("Class:"), cboEventClass_), 3, 0);
+    grid->addWidget(cboEventClass_, 3, 1, 1, 4);
+    grid->addWidget(label(tr("Purse:"), txtPurse_amt_), 4, 0);
+    grid->addWidget(txtPurse_amt_, 4, 1);
+    grid->addWidget(rtbEventNotes_tx_, 5, 0, 1, 5);
+    grid->setColumnStretch(4, 1);
+    grid->setRowStretch(5, 1);
+    splitter->addWidget(panel);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({200, 520});
+    SetBody(splitter);
+
+    SetRecordList(std::make_unique<ListWidgetRecords>(lstEvents_));
+    for (QWidget* field :
+         std::initializer_list<QWidget*>{txtEvent_nm_, cboTracks_, mebEventStart_dt_,
+                                         mebEventEnd_dt_, cboEventClass_, txtPurse_amt_}) {
+        AddField(field);
+    }
+    AddNotesField(rtbEventNotes_tx_);
+    mebEventStart_dt_->installEventFilter(this);
+    cboEventClass_->installEventFilter(this);
+    txtPurse_amt_->installEventFilter(this);
+}
+
+QString frmEvent::RecordsetSql() const {
+    return QStringLiteral("SELECT lEvent_id, sEvent_nm, lTrack_id, dtEventStart_dt, ") +
+           QStringLiteral("dtEventEnd_dt, lEventClass_id, cPurse_amt, sEventNotes_tx ") +
+           QStringLiteral("FROM tblEvents ");
+}
+
+void frmEvent::FillLists() {
+    ListFillFromTable(cboTracks_, QStringLiteral("lTrack_id"), QStringLiteral("sTrack_nm"),
+                      QStringLiteral("tblTracks"), QString(), db_);
+    ListFillFromTable(cboEventClass_, QStringLiteral("lEventClass_id"),
+                      QStringLiteral("sEventClass_nm"), QStringLiteral("tblEventClass"), QString(),
+                      db_);
+}
+
+void frmEvent::FillRecordList() {
+    ListFillFromTable(lstEvents_, QStringLiteral("lEvent_id"), QStringLiteral("sEvent_nm"),
+                      QStringLiteral("tblEvents"), QString(), db_);
+}
+
+void frmEvent::RecordToFields(const store::Recordset& rs) {
+    txtEvent_nm_->setText(rs.Value(QStringLiteral("sEvent_nm")).toString());
+    SelectComboId(cboTracks_, rs.Value(QStringLiteral("lTrack_id")));
+    mebEventStart_dt_->setText(DateMaskValue(rs.Value(QStringLiteral("dtEventStart_dt"))));
+    mebEventEnd_dt_->setText(DateMaskValue(rs.Value(QStringLiteral("dtEventEnd_dt"))));
+    SelectComboId(cboEventClass_, rs.Value(QStringLiteral("lEventClass_id")));
+    const QVariant purse = rs.Value(QStringLiteral("cPurse_amt"));
+    txtPurse_amt_->setText(purse.isNull() ? QString()
+                                          : FormatNumber(MoneyValue(purse), kPurseFormat));
+    SetNotes(rtbEventNotes_tx_, rs.Value(QStringLiteral("sEventNotes_tx")).toString(),
+             kNotesPlaceholder);
+}
+
+void frmEvent::FieldsToRecord(store::Recordset& rs) {
+    rs.SetValue(QStringLiteral("sEvent_nm"), TextOrNull(txtEvent_nm_->text()));
+    rs.SetValue(QStringLiteral("lTrack_id"), SelectedId(cboTracks_));
+    rs.SetValue(QStringLiteral("dtEventStart_dt"), DateOrNull(MaskText(mebEventStart_dt_)));
+    rs.SetValue(QStringLiteral("dtEventEnd_dt"), DateOrNull(MaskText(mebEventEnd_dt_)));
+    rs.SetValue(QStringLiteral("lEventClass_id"), SelectedId(cboEventClass_));
+    rs.SetValue(QStringLiteral("cPurse_amt"), PurseValue(txtPurse_amt_->text()));
+    rs.SetValue(QStringLiteral("sEventNotes_tx"), NotesValue(rtbEventNotes_tx_->toPlainText()));
+}
+
+void frmEvent::ClearFields() {
+    txtEvent_nm_->clear();
+    SelectComboId(cboTracks_, QVariant());
+    SelectComboId(cboEventClass_, QVariant());
+    mebEventStart_dt_->clear();
+    mebEventEnd_dt_->clear();
+    txtPurse_amt_->clear();
+    rtbEventNotes_tx_->setPlainText(kNotesPlaceholder);
+}
+
+QWidget* frmEvent::NewFocusField() const {
+    return txtEvent_nm_;
+}
+
+std::vector<ValidationStep> frmEvent::ValidationSteps() const {
+    return {
+        {[this] { return txtEvent_nm_->text().trimmed().isEmpty(); },
+         QStringLiteral("Event Description Must Be Filled In"), QStringLiteral("txtEvent_nm")},
+        {[this] { return SelectedIndex(cboTracks_) < 0; }, QStringLiteral("Track Must Be Selected"),
+         QStringLiteral("cboTracks")},
+        {[this] { return !DateValue(MaskText(mebEventStart_dt_)); },
+         QStringLiteral("Invalid Start Date, Use MM/DD/YYYY Format"),
+         QStringLiteral("mebEventStart_dt")},
+        {[this] { return !DateValue(MaskText(mebEventEnd_dt_)); },
+         QStringLiteral("Invalid End Date, Use MM/DD/YYYY Format"),
+         QStringLiteral("mebEventEnd_dt")},
+        {[this] { return SelectedIndex(cboEventClass_) < 0; },
+         QStringLiteral("Event Class Must Be Selected"), QStringLiteral("cboEventClass")},
+    };
+}
+
+void frmEvent::BeforeValidate() {
+    // A save from the tool bar leaves the class box without losing the focus.
+    EventClassCheck();
+}
+
+void frmEvent::EventClassCheck() {
+    if (SelectTypedEntry(cboEventClass_)) {
+        return;
+    }
+    const QString text = cboEventClass_->currentText().trimmed();
+    if (SelectedIndex(cboEventClass_) >= 0 || text.isEmpty()) {
+        return;
+    }
+    if (messages_.ask(QStringLiteral("Add ") + text, QString(), MsgButtons::YesNo,
+                      MsgAnswer::Yes) != MsgAnswer::Yes) {
+        return;
+    }
+    qint64 id = 0;
+    try {
+        id = NameAdd(db_, QStringLiteral("tblEventClass"), QStringLiteral("sEventClass_nm"), text);
+    } catch (const std::exception& e) {
+        store::ErrorReport(store::AsDbError(e), QString(), messages_);
+        return;
+    }
+    cboEventClass_->addItem(text, QVariant::fromValue(id));
+    SelectComboId(cboEventClass_, id);
+}
+
+DeleteRule frmEvent::DeleteRules() const {
+    return {{{QStringLiteral("SELECT lEvent_id from tblRuns"), QStringLiteral("lEvent_id")},
+             {QStringLiteral("SELECT lEvent_id from tblExpenses"), QStringLiteral("lEvent_id")}},
+            QStringLiteral("SELECT COUNT(lEvent_id) as Event_Count from tblEvents")};
+}
+
+QString frmEvent::RecordName() const {
+    return txtEvent_nm_->text();
+}
+
+void frmEvent::MainAfterSave() {
+    const qint64 current = main_.CurrentEventId();
+    main_.EventsLoad();
+    main_.SetCurrentEventId(current);
+    main_.SelectEvent(current);
+}
+
+void frmEvent::MainAfterDelete(qint64 id) {
+    const qint64 current = main_.CurrentEventId();
+    main_.EventsLoad();
+    if (id != current) {
+        main_.SetCurrentEventId(current);
+    }
+    main_.SelectEvent(main_.CurrentEventId());
+}
+
+qint64 frmEvent::StartRecordId() const {
+    return main_.CurrentEventId();
+}
+
+bool frmEvent::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == mebEventStart_dt_ && IsFieldExit(event)) {
+        if (MaskText(mebEventEnd_dt_) == kDateMaskEmpty) {
+            mebEventEnd_dt_->setText(MaskText(mebEventStart_dt_));
+        }
+    } else if (watched == cboEventClass_ && IsFieldExit(event)) {
+        EventClassCheck();
+    } else if (watched == txtPurse_amt_ && event->type() == QEvent::KeyPress) {
+        // Digits and editing keys only.
+        const auto* key = static_cast<const QKeyEvent*>(event);
+        const QString text = key->text();
+        if (!(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) && text.size() == 1 &&
+            text[0].isPrint() && !text[0].isDigit()) {
+            return true;
+        }
+    }
+    return RecordWindow::eventFilter(watched, event);
+}
+
+}  // namespace slipbook::garage

@@ -1,0 +1,466 @@
+#include "garage/ui/frmMaintenance.h"
+
+#include "shell/common/forms.h"
+#include "shell/common/textgrid.h"
+#include "shell/common/ui/formhelpers.h"
+#include "store/dberror.h"
+#include "store/recordset.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFocusEvent>
+#include <QFont>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QIdentityProxyModel>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QSplitter>
+#include <QTableView>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace slipbook::garage {
+
+namespace {
+
+const QString kNotesPlaceholder = QStringLiteral("<Type maintenance description here>");
+const QString kGridCaption = QStringLiteral("Maintenance Detail for selected Car(s)");
+
+QString CountText(const QVariant& value) {
+    return value.isNull() ? QString() : PlainNumberText(value.toDouble());
+}
+
+// A count as saved: a whole number, 0 when it is no number; past 16 bits the save fails as the
+// original's conversion does.
+int SavedCount(const QString& text) {
+    const auto value = IntOrZero(text);
+    if (!value) {
+        throw store::DbError(store::err::Overflow, QStringLiteral("Slipbook"), value.error());
+    }
+    return *value;
+}
+
+int WholeOrZero(const QString& text) {
+    const auto value = IntOrZero(text);
+    return value ? *value : 0;
+}
+
+bool IsFieldExit(const QEvent* event) {
+    return event->type() == QEvent::FocusOut &&
+           static_cast<const QFocusEvent*>(event)->reason() != Qt::PopupFocusReason;
+}
+
+}  // namespace
+
+// The two styles of the Remaining cell of an open item: "Pastdue" bold yellow on red, "Upcoming"
+// bold red on yellow.
+class MaintenanceStyleModel : public QIdentityProxyModel {
+public:
+    using QIdentityProxyModel::QIdentityProxyModel;
+
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (index.column() == maintcol::Remaining &&
+            (role == Qt::BackgroundRole || role == Qt::ForegroundRole || role == Qt::FontRole)) {
+            const auto* grid = static_cast<const TextGridModel*>(sourceModel());
+            const int row = index.row();
+            const MaintenanceStyle style = RemainingStyle(grid->CellView(row, maintcol::Completed),
+                                                          grid->CellView(row, maintcol::Remaining),
+                                                          grid->CellView(row, maintcol::Scheduled));
+            if (style != MaintenanceStyle::None) {
+                const bool pastdue = style == MaintenanceStyle::Pastdue;
+                switch (role) {
+                    case Qt::BackgroundRole:
+                        return QColor(pastdue ? Qt::red : Qt::yellow);
+                    case Qt::ForegroundRole:
+                        return QColor(pastdue ? Qt::yellow : Qt::red);
+                    default: {
+                        QFont bold;
+                        bold.setBold(true);
+                        return bold;
+                    }
+                }
+            }
+        }
+        return QIdentityProxyModel::data(index, role);
+    }
+};
+
+frmMaintenance::frmMaintenance(store::Database& db, Messages& messages, shell::MainContext& main,
+                               QWidget* parent)
+    : RecordWindow(db, messages, main, parent) {
+    setObjectName(QStringLiteral("frmMaintenance"));
+    BuildFilters();
+    BuildBody();
+    resize(900, 560);
+    FormLoad();
+}
+
+frmMaintenance::~frmMaintenance() = default;
+
+void frmMaintenance::BuildFilters() {
+    atbMaintenance_ = new QToolBar(this);
+    atbMaintenance_->setObjectName(QStringLiteral("atbMaintenance"));
+    efDateFrom_ = MakeDateBox(QStringLiteral("ID_efDateFrom"), atbMaintenance_);
+    efDateTo_ = MakeDateBox(QStringLiteral("ID_efDateTo"), atbMaintenance_);
+    efCar_ = new QComboBox(atbMaintenance_);
+    efCar_->setObjectName(QStringLiteral("ID_efCar"));
+    efCar_->setMinimumContentsLength(14);
+    efCar_->setToolTip(tr("Only include maintenance for this car"));
+    efStatus_ = new QComboBox(atbMaintenance_);
+    efStatus_->setObjectName(QStringLiteral("ID_efStatus"));
+    efStatus_->addItem(QStringLiteral("<All Maintenance>"), 0);
+    efStatus_->addItem(QStringLiteral("<Upcoming Maintenance>"), 1);
+    efStatus_->addItem(QStringLiteral("<Critical Maintenance>"), 2);
+
+    atbMaintenance_->addWidget(new QLabel(tr("Show dates from "), atbMaintenance_));
+    atbMaintenance_->addWidget(efDateFrom_);
+    atbMaintenance_->addWidget(new QLabel(tr(" to "), atbMaintenance_));
+    atbMaintenance_->addWidget(efDateTo_);
+    atbMaintenance_->addSeparator();
+    atbMaintenance_->addWidget(new QLabel(tr("Car: "), atbMaintenance_));
+    atbMaintenance_->addWidget(efCar_);
+    atbMaintenance_->addSeparator();
+    atbMaintenance_->addWidget(new QLabel(tr("Status: "), atbMaintenance_));
+    atbMaintenance_->addWidget(efStatus_);
+    AddToolBarRow(atbMaintenance_);
+
+    for (QLineEdit* date : {efDateFrom_, efDateTo_}) {
+        InstallEnterAsTab(date);
+        InstallSelectAllOnFocus(date);
+        date->installEventFilter(this);
+    }
+    connect(efCar_, &QComboBox::currentIndexChanged, this, [this](int index) {
+        filterCarId_ = index >= 0 ? efCar_->itemData(index).toLongLong() : 0;
+        GridLoad();
+        FollowGrid();
+    });
+    connect(efStatus_, &QComboBox::currentIndexChanged, this, [this] {
+        GridLoad();
+        FollowGrid();
+    });
+}
+
+void frmMaintenance::BuildBody() {
+    auto* splitter = new QSplitter(Qt::Vertical, this);
+
+    auto* top = new QWidget(splitter);
+    auto* topLayout = new QVBoxLayout(top);
+    topLayout->setContentsMargins(4, 4, 4, 0);
+    gridCaption_ = new QLabel(kGridCaption, top);
+    gridCaption_->setObjectName(QStringLiteral("lblGridCaption"));
+    gridCaption_->setAlignment(Qt::AlignCenter);
+    gridCaption_->setAutoFillBackground(true);
+    gridCaption_->setBackgroundRole(QPalette::Mid);
+    ssdbgMaintenances_ = new QTableView(top);
+    ssdbgMaintenances_->setObjectName(QStringLiteral("ssdbgMaintenances"));
+    model_ = new TextGridModel(this);
+    std::vector<GridColumn> columns(maintcol::Count);
+    const char* captions[] = {"Key",
+                              "Car",
+                              "Maintenance Description",
+                              "RUNS: Scheduled",
+                              "...Made",
+                              "...Remaining",
+                              "Completed",
+                              "...Date"};
+    for (int c = 0; c < maintcol::Count; ++c) {
+        columns[c].caption = QString::fromLatin1(captions[c]);
+        const bool number = c == maintcol::Scheduled || c == maintcol::Made;
+        columns[c].alignment = number ? 1 : (c == maintcol::Completed ? 2 : 0);
+        columns[c].headerFollowsCells = number || c == maintcol::Completed;
+    }
+    columns[maintcol::Id].visible = false;
+    model_->SetColumns(std::move(columns));
+    styled_ = new MaintenanceStyleModel(this);
+    styled_->setSourceModel(model_);
+    ssdbgMaintenances_->setModel(styled_);
+    ssdbgMaintenances_->setColumnHidden(maintcol::Id, true);
+    ssdbgMaintenances_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    ssdbgMaintenances_->setSelectionMode(QAbstractItemView::SingleSelection);
+    ssdbgMaintenances_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    ssdbgMaintenances_->verticalHeader()->hide();
+    ssdbgMaintenances_->verticalHeader()->setDefaultSectionSize(
+        ssdbgMaintenances_->fontMetrics().height() + 6);
+    QHeaderView* header = ssdbgMaintenances_->horizontalHeader();
+    const int widths[] = {0, 130, 260, 110, 60, 120, 80, 90};
+    for (int c = 1; c < maintcol::Count; ++c) {
+        const int caption = header->fontMetrics().horizontalAdvance(model_->Column(c).caption) + 24;
+        ssdbgMaintenances_->setColumnWidth(c, std::max(widths[c], caption));
+    }
+    header->setSectionResizeMode(maintcol::Description, QHeaderView::Stretch);
+    topLayout->addWidget(gridCaption_);
+    topLayout->addWidget(ssdbgMaintenances_, 1);
+    splitter->addWidget(top);
+
+    auto* panel = new QWidget(splitter);
+    auto* grid = new QGridLayout(panel);
+    cboCar_ = new QComboBox(panel);
+    cboCar_->setObjectName(QStringLiteral("cboCar"));
+    cboCar_->setEditable(true);
+    cboCar_->setMinimumContentsLength(20);
+    rtbMaintenanceNotes_tx_ = new QPlainTextEdit(panel);
+    rtbMaintenanceNotes_tx_->setObjectName(QStringLiteral("rtbMaintenanceNotes_tx"));
+    txtScheduledRuns_ = new QLineEdit(panel);
+    txtScheduledRuns_->setObjectName(QStringLiteral("txtScheduledRuns"));
+    txtRunsMade_ = new QLineEdit(panel);
+    txtRunsMade_->setObjectName(QStringLiteral("txtRunsMade"));
+    for (QLineEdit* count : {txtScheduledRuns_, txtRunsMade_}) {
+        count->setAlignment(Qt::AlignRight);
+        count->setMaximumWidth(count->fontMetrics().horizontalAdvance(QStringLiteral("000000")) +
+                               16);
+    }
+    chkCompleted_ = new QCheckBox(tr("Completed on date"), panel);
+    chkCompleted_->setObjectName(QStringLiteral("chkCompleted"));
+    mebMaintenance_dt_ = MakeDateBox(QStringLiteral("mebMaintenance_dt"), panel);
+    btnMarkCompleted_ = new QPushButton(tr("Mark this maintenance item COMPLETED today!"), panel);
+    btnMarkCompleted_->setObjectName(QStringLiteral("btnMarkCompleted"));
+
+    auto* carLabel = new QLabel(tr("Car:"), panel);
+    carLabel->setBuddy(cboCar_);
+    auto* notesLabel = new QLabel(tr("Maintenance Description:"), panel);
+    notesLabel->setBuddy(rtbMaintenanceNotes_tx_);
+    auto* sentence = new QHBoxLayout;
+    sentence->addWidget(new QLabel(tr("Schedule after"), panel));
+    sentence->addWidget(txtScheduledRuns_);
+    sentence->addWidget(new QLabel(tr("runs, of which"), panel));
+    sentence->addWidget(txtRunsMade_);
+    sentence->addWidget(new QLabel(tr("runs have been made already."), panel));
+    sentence->addStretch(1);
+    auto* completion = new QHBoxLayout;
+    completion->addWidget(chkCompleted_);
+    completion->addWidget(mebMaintenance_dt_);
+    completion->addSpacing(24);
+    completion->addWidget(btnMarkCompleted_);
+    completion->addStretch(1);
+
+    grid->addWidget(carLabel, 0, 0);
+    grid->addWidget(cboCar_, 0, 1, Qt::AlignLeft);
+    grid->addWidget(notesLabel, 1, 0, 1, 2);
+    grid->addWidget(rtbMaintenanceNotes_tx_, 2, 0, 1, 2);
+    grid->addLayout(sentence, 3, 0, 1, 2);
+    grid->addLayout(completion, 4, 0, 1, 2);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(2, 1);
+    splitter->addWidget(panel);
+    splitter->setStretchFactor(0, 3);
+    splitter->setStretchFactor(1, 2);
+    SetBody(splitter);
+
+    SetRecordList(std::make_unique<GridRecords>(ssdbgMaintenances_, model_));
+    for (QWidget* field : std::initializer_list<QWidget*>{cboCar_, txtScheduledRuns_, txtRunsMade_,
+                                                          chkCompleted_, mebMaintenance_dt_}) {
+        AddField(field);
+    }
+    AddNotesField(rtbMaintenanceNotes_tx_);
+    InstallNumericKeyFilter(txtScheduledRuns_, 0);
+    InstallNumericKeyFilter(txtRunsMade_, 0);
+    cboCar_->installEventFilter(this);
+    connect(chkCompleted_, &QCheckBox::clicked, this, &frmMaintenance::CompletedClicked);
+    connect(btnMarkCompleted_, &QPushButton::clicked, this, &frmMaintenance::MarkCompleted);
+}
+
+QString frmMaintenance::RecordsetSql() const {
+    return QStringLiteral("SELECT * FROM tblMaintenance");
+}
+
+void frmMaintenance::FillLists() {
+    ListFillFromTable(cboCar_, QStringLiteral("lCar_id"), QStringLiteral("sCar_nm"),
+                      QStringLiteral("tblCars"), QString(), db_);
+    const QSignalBlocker block(efCar_);
+    efCar_->clear();
+    efCar_->addItem(QStringLiteral("<All Cars>"), QVariant::fromValue(qint64{0}));
+    auto rs = db_.OpenRecordset(QStringLiteral("SELECT * from tblCars ORDER BY sCar_nm"),
+                                store::RecordsetType::Snapshot);
+    for (; !rs->Eof(); rs->MoveNext()) {
+        efCar_->addItem(rs->Value(QStringLiteral("sCar_nm")).toString(),
+                        rs->Value(QStringLiteral("lCar_id")).toLongLong());
+    }
+    rs->Close();
+    efCar_->setCurrentIndex(ListFindData(efCar_, filterCarId_));
+    const QSignalBlocker blockStatus(efStatus_);
+    efStatus_->setCurrentIndex(0);
+}
+
+void frmMaintenance::FillRecordList() {
+    GridLoad();
+}
+
+MaintenanceFilter frmMaintenance::ReadFilter() const {
+    MaintenanceFilter filter;
+    if (const auto from = DateValue(MaskText(efDateFrom_))) {
+        filter.from = from->date();
+    }
+    if (const auto to = DateValue(MaskText(efDateTo_))) {
+        filter.to = to->date();
+    }
+    filter.carId = filterCarId_;
+    const int status = efStatus_->currentIndex();
+    if (status >= 0) {
+        filter.status = static_cast<MaintenanceStatus>(efStatus_->itemData(status).toInt());
+    }
+    return filter;
+}
+
+void frmMaintenance::GridLoad() {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const qint64 shown = CurrentRecordId();
+    std::vector<QStringList> rows;
+    auto rs = db_.OpenRecordset(MaintenanceListSql(ReadFilter()), store::RecordsetType::Snapshot);
+    for (; !rs->Eof(); rs->MoveNext()) {
+        MaintenanceItem item;
+        item.id = rs->Value(QStringLiteral("lMaintenance_id")).toLongLong();
+        item.carName = rs->Value(QStringLiteral("sCar_nm")).toString();
+        item.notes = rs->Value(QStringLiteral("sMaintenanceNotes_tx")).toString();
+        item.scheduled = rs->Value(QStringLiteral("iScheduledRuns"));
+        item.made = rs->Value(QStringLiteral("iRunsMade"));
+        item.completed = rs->Value(QStringLiteral("bCompleted")).toLongLong() != 0;
+        item.date = rs->Value(QStringLiteral("dtMaintenance_dt"));
+        rows.push_back(MaintenanceCells(item));
+    }
+    rs->Close();
+    {
+        const RecordList::Quiet quiet(recordList());
+        model_->SetRows(rows);
+    }
+    gridCaption_->setText(kGridCaption);
+    if (shown != 0) {
+        recordList()->select(recordList()->findId(shown));
+    }
+    QApplication::restoreOverrideCursor();
+}
+
+void frmMaintenance::FollowGrid() {
+    RecordList* list = recordList();
+    if (RecordAdd() || DataChanged() || list->findId(CurrentRecordId()) >= 0 ||
+        list->count() == 0) {
+        return;
+    }
+    ShowRecordId(list->idAt(0));
+}
+
+void frmMaintenance::ShowParameters(qint64 carId, int statusIndex) {
+    filterCarId_ = carId;
+    {
+        const QSignalBlocker blockCar(efCar_);
+        const QSignalBlocker blockStatus(efStatus_);
+        efCar_->setCurrentIndex(ListFindData(efCar_, carId));
+        efStatus_->setCurrentIndex(ListFindData(efStatus_, statusIndex));
+    }
+    parametersShown_ = true;
+    GridLoad();
+    FollowGrid();
+}
+
+void frmMaintenance::Alert() {
+    if (!parametersShown_) {
+        return;
+    }
+    QApplication::beep();
+    messages_.inform(
+        QStringLiteral("NOTE: Upcoming or Critical Maintenance Items exist for this car"));
+}
+
+void frmMaintenance::RecordToFields(const store::Recordset& rs) {
+    SelectComboId(cboCar_, rs.Value(QStringLiteral("lCar_id")));
+    SetNotes(rtbMaintenanceNotes_tx_, rs.Value(QStringLiteral("sMaintenanceNotes_tx")).toString(),
+             kNotesPlaceholder);
+    txtScheduledRuns_->setText(CountText(rs.Value(QStringLiteral("iScheduledRuns"))));
+    txtRunsMade_->setText(CountText(rs.Value(QStringLiteral("iRunsMade"))));
+    chkCompleted_->setChecked(rs.Value(QStringLiteral("bCompleted")).toLongLong() != 0);
+    mebMaintenance_dt_->setText(DateMaskValue(rs.Value(QStringLiteral("dtMaintenance_dt"))));
+}
+
+void frmMaintenance::FieldsToRecord(store::Recordset& rs) {
+    rs.SetValue(QStringLiteral("lCar_id"), SelectedId(cboCar_));
+    rs.SetValue(QStringLiteral("bCompleted"), chkCompleted_->isChecked());
+    rs.SetValue(QStringLiteral("iScheduledRuns"), SavedCount(txtScheduledRuns_->text()));
+    rs.SetValue(QStringLiteral("iRunsMade"), SavedCount(txtRunsMade_->text()));
+    rs.SetValue(QStringLiteral("dtMaintenance_dt"), DateOrNull(MaskText(mebMaintenance_dt_)));
+    rs.SetValue(QStringLiteral("sMaintenanceNotes_tx"),
+                NotesValue(rtbMaintenanceNotes_tx_->toPlainText()));
+}
+
+void frmMaintenance::ClearFields() {
+    SelectComboId(cboCar_, filterCarId_ != 0 ? QVariant(filterCarId_) : QVariant());
+    rtbMaintenanceNotes_tx_->setPlainText(kNotesPlaceholder);
+    txtScheduledRuns_->clear();
+    txtRunsMade_->clear();
+    chkCompleted_->setChecked(false);
+    mebMaintenance_dt_->clear();
+}
+
+QWidget* frmMaintenance::NewFocusField() const {
+    return rtbMaintenanceNotes_tx_;
+}
+
+std::vector<ValidationStep> frmMaintenance::ValidationSteps() const {
+    return {
+        {[this] { return SelectedIndex(cboCar_) < 0; }, QStringLiteral("Please select a car"),
+         QStringLiteral("cboCar")},
+        {[this] {
+             return !chkCompleted_->isChecked() && WholeOrZero(txtScheduledRuns_->text()) <= 0 &&
+                    IntOrZero(txtScheduledRuns_->text()).ok();
+         },
+         QStringLiteral("Scheduled number of runs is required (enter 1 or more)"),
+         QStringLiteral("txtScheduledRuns")},
+        {[this] { return !chkCompleted_->isChecked() && WholeOrZero(txtRunsMade_->text()) < 0; },
+         QStringLiteral("Runs made so far cannot be negative (enter 0 or more)"),
+         QStringLiteral("txtRunsMade")},
+        {[this] { return chkCompleted_->isChecked() && !DateValue(MaskText(mebMaintenance_dt_)); },
+         QStringLiteral("Invalid Maintenance Date, Use MM/DD/YYYY Format"),
+         QStringLiteral("mebMaintenance_dt")},
+    };
+}
+
+DeleteRule frmMaintenance::DeleteRules() const {
+    return {
+        {},
+        QStringLiteral("SELECT COUNT(lMaintenance_id) as Maintenance_Count from tblMaintenance")};
+}
+
+QString frmMaintenance::RecordName() const {
+    return NotesValue(rtbMaintenanceNotes_tx_->toPlainText()).toString();
+}
+
+void frmMaintenance::ListAfterSave(qint64 id, bool /*added*/) {
+    GridLoad();
+    recordList()->select(recordList()->findId(id));
+}
+
+void frmMaintenance::CompletedClicked(bool checked) {
+    if (checked) {
+        mebMaintenance_dt_->setText(DateMaskValue(today_()));
+    } else {
+        mebMaintenance_dt_->clear();
+    }
+    mebMaintenance_dt_->setFocus();
+}
+
+void frmMaintenance::MarkCompleted() {
+    if (!chkCompleted_->isChecked()) {
+        chkCompleted_->setChecked(true);
+        CompletedClicked(true);
+        MarkChanged(chkCompleted_);
+    }
+    Save(QStringLiteral("ID_Save"));
+}
+
+bool frmMaintenance::eventFilter(QObject* watched, QEvent* event) {
+    if ((watched == efDateFrom_ || watched == efDateTo_) && IsFieldExit(event)) {
+        GridLoad();
+        FollowGrid();
+    } else if (watched == cboCar_ && IsFieldExit(event)) {
+        SelectTypedEntry(cboCar_);
+    }
+    return RecordWindow::eventFilter(watched, event);
+}
+
+}  // namespace slipbook::garage

@@ -1,0 +1,81 @@
+#pragma once
+
+// Record windows driven offscreen: one application object for the test program, the windows'
+// tools pressed as the user would, and fields left as the user would leave them.
+
+#include "garage/ui/recordwindow.h"
+#include "support/fakemain.h"
+#include "support/logbook.h"
+#include "support/scriptedmessages.h"
+
+#include <gtest/gtest.h>
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFocusEvent>
+#include <QTest>
+
+namespace slipbook::test {
+
+inline QApplication& GuiApp() {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    static int argc = 1;
+    static char name[] = "garage_tests";
+    static char* argv[] = {name, nullptr};
+    static auto* app = new QApplication(argc, argv);
+    return *app;
+}
+
+inline void Press(garage::RecordWindow& window, const char* toolId) {
+    QAction* tool = window.tool(QString::fromLatin1(toolId));
+    ASSERT_NE(tool, nullptr) << toolId;
+    tool->trigger();
+}
+
+template <typename T>
+T* Child(QWidget& window, const char* name) {
+    T* child = window.findChild<T*>(QString::fromLatin1(name));
+    EXPECT_NE(child, nullptr) << name;
+    return child;
+}
+
+// The focus leaving a field by Tab, with what the window does on that.
+inline void Leave(QWidget* field) {
+    QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+    QApplication::sendEvent(field, &out);
+}
+
+inline void ShowActive(QWidget& window) {
+    window.show();
+    window.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+}
+
+inline QString FocusName(QWidget& window) {
+    return window.focusWidget() != nullptr ? window.focusWidget()->objectName() : QString();
+}
+
+// With SLIPBOOK_GRAB_DIR set, keeps a picture of the window there.
+inline void Grab(QWidget& window, const QString& name) {
+    const QString dir = qEnvironmentVariable("SLIPBOOK_GRAB_DIR");
+    if (!dir.isEmpty()) {
+        window.grab().save(QDir(dir).filePath(name + QStringLiteral(".png")));
+    }
+}
+
+struct WindowTest : ::testing::Test {
+    WindowTest() { GuiApp(); }
+
+    QVariant Scalar(const QString& sql) {
+        auto rs = logbook.db().OpenRecordset(sql, store::RecordsetType::Snapshot);
+        return rs->Eof() ? QVariant() : rs->Value(0);
+    }
+
+    TempLogbook logbook;
+    ScriptedMessages messages;
+    FakeMain main;
+};
+
+}  // namespace slipbook::test
