@@ -45,29 +45,6 @@ std::optional<QTime> ReadTime(const QString& text) {
     return QTime(hour, minute, second);
 }
 
-int WindowYear(const QString& digits) {
-    const int year = digits.toInt();
-    if (digits.size() <= 2) {
-        return year < 30 ? 2000 + year : 1900 + year;
-    }
-    return year;
-}
-
-std::optional<QDate> ReadMonthFirst(int month, int day, int year) {
-    if (year < 100 || year > 9999) {
-        return std::nullopt;
-    }
-    QDate date(year, month, day);
-    // The engine reads a date that cannot be month first as day first (13/4/2003).
-    if (!date.isValid() && month > 12 && day <= 12) {
-        date = QDate(year, day, month);
-    }
-    if (!date.isValid()) {
-        return std::nullopt;
-    }
-    return date;
-}
-
 std::optional<QDateTime> WithOptionalTime(QDate date, const QString& rest) {
     if (rest.isEmpty()) {
         return Make(date, QTime(0, 0));
@@ -80,10 +57,6 @@ std::optional<QDateTime> WithOptionalTime(QDate date, const QString& rest) {
 }
 
 }  // namespace
-
-QDate DayZero() {
-    return QDate(1899, 12, 30);
-}
 
 QString DateTimeToStorage(const QDateTime& value) {
     if (!value.isValid()) {
@@ -133,8 +106,9 @@ std::optional<QDateTime> ParseJetDateText(QStringView text) {
     static const QRegularExpression monthFirst(
         QStringLiteral(R"(^(\d{1,2})([/-])(\d{1,2})\2(\d{1,4})(?:\s+(.+))?$)"));
     if (const auto m = monthFirst.match(s); m.hasMatch()) {
-        const auto date =
-            ReadMonthFirst(m.captured(1).toInt(), m.captured(3).toInt(), WindowYear(m.captured(4)));
+        const auto date = MonthFirstDate(
+            m.captured(1).toInt(), m.captured(3).toInt(),
+            WindowYear(m.captured(4).toInt(), static_cast<int>(m.captured(4).size())));
         if (!date) {
             return std::nullopt;
         }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shell/common/forms.h"
+
 #include <QDateTime>
 #include <QString>
 #include <optional>
@@ -12,7 +14,7 @@ QString DateTimeToStorage(const QDateTime& value);
 std::optional<QDateTime> DateTimeFromStorage(QStringView text);
 
 // The day a bare time stands on.
-QDate DayZero();
+using ::slipbook::DayZero;
 
 // Reads the text between the '#' of a date literal, or a date text assigned to a date column:
 // month first ("7/4/2003", "07/04/2003 10:30:00 PM"), a bare time ("10:30 AM", "22:15"),

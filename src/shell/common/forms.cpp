@@ -82,28 +82,6 @@ private:
     qsizetype i_ = 0;
 };
 
-int WindowYear(int year, int digits) {
-    if (digits <= 2) {
-        return year < 30 ? 2000 + year : 1900 + year;
-    }
-    return year;
-}
-
-std::optional<QDate> MonthFirst(int month, int day, int year) {
-    if (year < 100 || year > 9999) {
-        return std::nullopt;
-    }
-    QDate date(year, month, day);
-    // A date that cannot be month first is read day first, as the classic runtime does.
-    if (!date.isValid() && month > 12 && day <= 12) {
-        date = QDate(year, day, month);
-    }
-    if (!date.isValid()) {
-        return std::nullopt;
-    }
-    return date;
-}
-
 // h[:mm[:ss]] [AM|PM]; a lone hour needs its AM or PM.
 std::optional<QTime> ReadTime(Reader& r) {
     int hour = 0;
@@ -185,18 +163,18 @@ std::optional<QDate> ReadDate(Reader& r, QDate today) {
         if (digits[1] > 2) {
             return std::nullopt;
         }
-        return MonthFirst(parts[0], parts[1], WindowYear(parts[2], digits[2]));
+        return MonthFirstDate(parts[0], parts[1], WindowYear(parts[2], digits[2]));
     }
     if (digits[0] > 2) {
         return std::nullopt;
     }
     if (digits[1] >= 3 || parts[1] > 31) {
-        return MonthFirst(parts[0], 1, WindowYear(parts[1], digits[1]));
+        return MonthFirstDate(parts[0], 1, WindowYear(parts[1], digits[1]));
     }
     if (!today.isValid()) {
         today = QDate::currentDate();
     }
-    return MonthFirst(parts[0], parts[1], today.year());
+    return MonthFirstDate(parts[0], parts[1], today.year());
 }
 
 std::optional<QDateTime> ReadDateTime(QStringView text, QDate today) {
@@ -589,6 +567,28 @@ std::optional<qint64> GridDateKey(QStringView text) {
 
 double GridNumberKey(QStringView text) {
     return StrictNumber(text).value_or(0.0);
+}
+
+int WindowYear(int year, int digits) {
+    if (digits <= 2) {
+        return year < 30 ? 2000 + year : 1900 + year;
+    }
+    return year;
+}
+
+std::optional<QDate> MonthFirstDate(int month, int day, int year) {
+    if (year < 100 || year > 9999) {
+        return std::nullopt;
+    }
+    QDate date(year, month, day);
+    // A date that cannot be month first is read day first, as the classic runtime does.
+    if (!date.isValid() && month > 12 && day <= 12) {
+        date = QDate(year, day, month);
+    }
+    if (!date.isValid()) {
+        return std::nullopt;
+    }
+    return date;
 }
 
 }  // namespace slipbook
