@@ -56,7 +56,12 @@ public:
                                                 QCoreApplication::applicationDirPath());
         main->setStatusReporter([this](const QString& s) { SetSplashStatus(s); });
     }
-    void FormLoadStuff() override { main->FormLoadStuff(); }
+    void FormLoadStuff() override {
+        QElapsedTimer t;
+        t.start();
+        main->FormLoadStuff();
+        fillMs = t.nsecsElapsed() / 1e6;
+    }
     void ShowMainWindow() override {
         main->show();
         QCoreApplication::processEvents();
@@ -67,6 +72,7 @@ public:
 
     std::unique_ptr<store::frmSplash> splash;
     std::unique_ptr<shell::frmMain> main;
+    double fillMs = 0;
 
 private:
     store::Database& db_;
@@ -95,6 +101,8 @@ int main(int argc, char** argv) {
 
     SilentMessages messages;
     std::vector<double> times;
+    std::vector<double> steps;
+    int rows = 0;
     for (int i = 0; i < 11; ++i) {
         store::Database db;
         BenchUi ui(db, messages);
@@ -110,13 +118,19 @@ int main(int argc, char** argv) {
         }
         if (i > 0) {  // the first run warms the file cache
             times.push_back(ms);
+            steps.push_back(ms - ui.fillMs);
         }
+        rows = ui.main->grid().RowCount();
     }
     std::sort(times.begin(), times.end());
+    std::sort(steps.begin(), steps.end());
     std::printf(
-        "start-up to the main window, %d runs, splash wait excluded: median %.1f ms, min %.1f ms, "
-        "max %.1f ms "
-        "(target < 100 ms)\n",
-        runs, times[times.size() / 2], times.front(), times.back());
+        "start-up steps without the first fill of selectors and list: median %.1f ms, min %.1f ms, "
+        "max %.1f ms\n",
+        steps[steps.size() / 2], steps.front(), steps.back());
+    std::printf(
+        "start-up to the main window with its list filled (%d rows of the default car), %d runs, "
+        "splash wait excluded: median %.1f ms, min %.1f ms, max %.1f ms\n",
+        rows, runs, times[times.size() / 2], times.front(), times.back());
     return 0;
 }

@@ -1,4 +1,5 @@
 #include "shell/runlist.h"
+#include "shell/pageleadin.h"
 #include "shell/valueformat.h"
 #include "store/database.h"
 #include "support/logbook.h"
@@ -175,4 +176,21 @@ TEST(ValueFormat, DatesTimesNumbersAndFlags) {
               QStringLiteral("78 main"));
     EXPECT_EQ(FormatValue(QVariant(0.1 + 0.2), QString()), QStringLiteral("0.3"));
     EXPECT_EQ(FormatValue(QVariant(), QStringLiteral("0.00")), QString());
+}
+
+TEST(PageLeadin, LinesAndCarHeadings) {
+    PageLeadin leadin;
+    leadin.Add(QStringLiteral("a"));
+    leadin.Add(QStringLiteral("b"));
+    EXPECT_EQ(leadin.Get(), QStringLiteral("a\nb"));
+    leadin.Clear();
+    EXPECT_EQ(leadin.Get(), QString());
+    // Name and number fit on one 17-character line with at least one blank between.
+    EXPECT_EQ(FormatPageLeadin(QStringLiteral("12"), QStringLiteral("ET: 10.52")),
+              QStringLiteral("ET: 10.52     #12"));
+    EXPECT_EQ(FormatPageLeadin(QStringLiteral("123"), QStringLiteral("ET: 10.5234")),
+              QStringLiteral("ET: 10.5234  #123"));
+    // Too long: the name alone, then the number at the right end of the next line.
+    EXPECT_EQ(FormatPageLeadin(QStringLiteral("123"), QStringLiteral("Jet: 78 and more")),
+              QStringLiteral("Jet: 78 and more\n") + QString(13, u' ') + QStringLiteral("#123"));
 }

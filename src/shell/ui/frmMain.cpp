@@ -279,6 +279,15 @@ void frmMain::BuildCentral() {
     grid_->installEventFilter(this);
     connect(grid_->horizontalHeader(), &QHeaderView::sectionClicked, this, &frmMain::HeadClick);
     connect(grid_, &QTableView::doubleClicked, this, [this] { DblClick(); });
+    // The grid's own menu: the list commands at hand.
+    auto* popup = new QMenu(grid_);
+    popup->setObjectName(QStringLiteral("ID_Popup"));
+    for (const char* id : {"ID_New", "ID_Open", "ID_Delete", "ID_Filter", "ID_ViewSetup"}) {
+        popup->addAction(tool(QString::fromLatin1(id)));
+    }
+    grid_->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(grid_, &QWidget::customContextMenuRequested, this,
+            [this, popup](const QPoint& at) { popup->popup(grid_->viewport()->mapToGlobal(at)); });
     connect(grid_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this] { GridClick(); });
     notes_ = new QPlainTextEdit(splitter_);
