@@ -268,3 +268,38 @@ TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
     f.main.AllowSelectDifferentRun();
     EXPECT_TRUE(f.main.gridView()->isEnabled());
 }
+
+TEST(MainWindow, CalculatorWebPageAndRunsTitle) {
+    Fixture f;
+    f.main.FormLoadStuff();
+    QStringList started;
+    f.main.setProgramStarter([&](const QString& program, const QStringList&) {
+        started << program;
+        return false;
+    });
+    f.main.ToolClick(QStringLiteral("ID_Calculator"));
+    EXPECT_EQ(f.box.last().text, QStringLiteral("Can't locate calc.exe on your computer!"));
+
+    QList<QUrl> opened;
+    f.main.setUrlOpener([&](const QUrl& url) {
+        opened << url;
+        return true;
+    });
+    f.main.ToolClick(QStringLiteral("ID_Quadrumex"));
+    ASSERT_EQ(opened.size(), 1);
+    EXPECT_EQ(opened[0].scheme(), QStringLiteral("https"));
+    EXPECT_EQ(f.main.StoredToolId(), QStringLiteral("ID_Quadrumex"));
+
+    // A filter in force shows in the title and the filter tool's tip.
+    f.main.SetRunFilterActive(true);
+    f.main.SetRunFilterString(QStringLiteral("1/4 et Between 9 AND 11"));
+    f.main.SetRunFilterSQL(
+        QStringLiteral("SELECT * from tblRuns WHERE i14Mile_et >= 9 AND lCar_id = 1"));
+    f.main.ToolClick(QStringLiteral("ID_Runs"));
+    EXPECT_EQ(f.main.titleText(), QStringLiteral(" My Race Car Runs (Filter Active)"));
+    EXPECT_EQ(f.main.tool(QStringLiteral("ID_Filter"))->toolTip(),
+              QStringLiteral("1/4 et Between 9 AND 11"));
+    // The list of a filter keeps the run number and event columns in view.
+    EXPECT_TRUE(f.main.grid().GridColumnExists(u"lRun_num"));
+    EXPECT_TRUE(f.main.grid().GridColumnExists(u"lEvent_id"));
+}
