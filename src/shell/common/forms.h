@@ -3,7 +3,7 @@
 // The small routines every window leans on: entry of dates, times and numbers, name case,
 // quoting, the conversions of field values for saving, list stepping and the grid's sort keys.
 // Dates and times follow the US conventions (month first, "10:30 AM") whatever the machine's
-// locale. Date values are QDateTime in UTC time spec, the way the store hands them out: only
+// locale. Date values are QDateTime in UTC, the way the store hands them out: only
 // .date() and .time() count; a bare time stands on 1899-12-30.
 
 #include "shell/common/numbers.h"
@@ -101,7 +101,7 @@ QString QuoteDouble(const QString& text);
 // Every occurrence of `search` replaced, left to right; an empty `search` changes nothing.
 QString TextReplace(const QString& text, QStringView search, QStringView replacement);
 
-// For saving: the value as a date (QDateTime, UTC time spec), or Null when it is no date.
+// For saving: the value as a date (QDateTime in UTC), or Null when it is no date.
 QVariant DateOrNull(const QVariant& value);
 
 // For saving: the value as a 16-bit whole number (rounded half to even) when it is numeric,
