@@ -20,14 +20,6 @@ using namespace slipbook;
 
 namespace {
 
-class SilentMessages : public Messages {
-public:
-    MsgAnswer show(const Message& m) override {
-        std::fprintf(stderr, "box: %s: %s\n", qPrintable(m.title), qPrintable(m.text));
-        return m.defaultAnswer;
-    }
-};
-
 double PeakMb() {
     QFile f(QStringLiteral("/proc/self/status"));
     if (!f.open(QIODevice::ReadOnly)) {
@@ -98,7 +90,7 @@ int main(int argc, char** argv) {
     }
     store::Database db;
     db.Open(logbook);
-    SilentMessages messages;
+    bench::PrintedMessages messages;
     shell::frmMain main(db, messages, QString(), QCoreApplication::applicationDirPath());
     main.FormLoadStuff();
 

@@ -20,14 +20,6 @@ using namespace slipbook;
 
 namespace {
 
-class SilentMessages : public Messages {
-public:
-    MsgAnswer show(const Message& m) override {
-        std::fprintf(stderr, "box: %s: %s\n", qPrintable(m.title), qPrintable(m.text));
-        return m.defaultAnswer;
-    }
-};
-
 class SettledClock : public store::Clock {
 public:
     qint64 NowMs() override { return calls_++ == 0 ? 0 : store::kSplashMs + 1; }
@@ -99,7 +91,7 @@ int main(int argc, char** argv) {
     std::printf("logbook: %s (%.1f MB)\n", qPrintable(logbook),
                 QFileInfo(logbook).size() / 1048576.0);
 
-    SilentMessages messages;
+    bench::PrintedMessages messages;
     std::vector<double> times;
     std::vector<double> steps;
     int rows = 0;

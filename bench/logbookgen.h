@@ -1,6 +1,9 @@
 #pragma once
 
+#include "shell/common/messages.h"
+
 #include <QString>
+#include <cstdio>
 
 namespace slipbook::bench {
 
@@ -9,6 +12,15 @@ namespace slipbook::bench {
 // `runCars` of the cars share the runs (1 puts every run on car 1).
 void GenerateLogbook(const QString& templatePath, const QString& outPath, int runs,
                      unsigned seed = 1, int runCars = 5);
+
+// Boxes of a benchmark go to standard error and take their default answer.
+class PrintedMessages : public Messages {
+public:
+    MsgAnswer show(const Message& m) override {
+        std::fprintf(stderr, "box: %s: %s\n", qPrintable(m.title), qPrintable(m.text));
+        return m.defaultAnswer;
+    }
+};
 
 // The template beside the built program.
 QString BuiltTemplatePath();

@@ -18,12 +18,6 @@ const QString kSource = QStringLiteral("Slipbook.Database");
 const char* const kLogbookTables[] = {
     "tblRuns", "tblCars", "tblEvents", "tblTracks", "tblListViewColumns", "tblViews"};
 
-QString QuoteIdent(const QString& name) {
-    QString quoted = name;
-    quoted.replace(u'"', QStringLiteral("\"\""));
-    return u'"' + quoted + u'"';
-}
-
 int FieldTypeOf(const QString& declType, bool primaryKey) {
     const QString t = declType.toUpper();
     if (t.startsWith(u"VARCHAR") || t.startsWith(u"CHAR")) {
@@ -99,6 +93,12 @@ void RegisterFunctions(sqlite3* db) {
 }
 
 }  // namespace
+
+QString QuoteIdent(const QString& name) {
+    QString quoted = name;
+    quoted.replace(u'"', QStringLiteral("\"\""));
+    return u'"' + quoted + u'"';
+}
 
 const FieldDef* TableDef::field(const QString& fieldName) const {
     for (const FieldDef& f : fields) {

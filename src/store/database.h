@@ -45,6 +45,9 @@ struct TableDef {
 
 class Query;
 
+// A name between double quotes, as SQLite reads an identifier whatever it holds.
+QString QuoteIdent(const QString& name);
+
 // The one open logbook. Every statement of the program goes through it, in the desktop
 // engine's dialect (see jetsql.h). Errors are thrown as DbError.
 class Database : public jet::SchemaLookup {

@@ -17,12 +17,6 @@ namespace {
 const QString kSource = QStringLiteral("Slipbook.Recordset");
 const QString kRowidAlias = QStringLiteral("__slipbook_rowid");
 
-QString QuoteIdent(const QString& name) {
-    QString quoted = name;
-    quoted.replace(u'"', QStringLiteral("\"\""));
-    return u'"' + quoted + u'"';
-}
-
 QString Utf8(const unsigned char* text, int bytes) {
     return QString::fromUtf8(reinterpret_cast<const char*>(text), bytes);
 }

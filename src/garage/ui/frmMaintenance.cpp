@@ -310,7 +310,7 @@ MaintenanceFilter frmMaintenance::ReadFilter() const {
 }
 
 void frmMaintenance::GridLoad() {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const BusyCursor busy;
     const qint64 shown = CurrentRecordId();
     std::vector<QStringList> rows;
     auto rs = db_.OpenRecordset(MaintenanceListSql(ReadFilter()), store::RecordsetType::Snapshot);
@@ -334,7 +334,6 @@ void frmMaintenance::GridLoad() {
     if (shown != 0) {
         recordList()->select(recordList()->findId(shown));
     }
-    QApplication::restoreOverrideCursor();
 }
 
 void frmMaintenance::FollowGrid() {

@@ -36,14 +36,6 @@ const QString kSaveAndClose = QStringLiteral("ID_SaveandClose");
 const QString kSaveAndNew = QStringLiteral("ID_SaveandNew");
 const QString kDelete = QStringLiteral("ID_Delete");
 
-class BusyCursor {
-public:
-    BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~BusyCursor() { QApplication::restoreOverrideCursor(); }
-    BusyCursor(const BusyCursor&) = delete;
-    BusyCursor& operator=(const BusyCursor&) = delete;
-};
-
 bool IsPlaceholder(const QString& text) {
     return text.trimmed().startsWith(u'<');
 }

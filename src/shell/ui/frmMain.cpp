@@ -1,6 +1,7 @@
 #include "shell/ui/frmMain.h"
 
 #include "shell/common/numbers.h"
+#include "shell/common/ui/formhelpers.h"
 #include "shell/mainstate.h"
 #include "shell/ui/frozentableview.h"
 #include "shell/ui/gridprint.h"
@@ -52,14 +53,6 @@ int PixelsOf(int twips, const QFontMetrics& fm) {
 qint64 ItemKey(const QComboBox* combo, int index) {
     return index < 0 ? 0 : combo->itemData(index).toLongLong();
 }
-
-class BusyCursor {
-public:
-    BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~BusyCursor() { QApplication::restoreOverrideCursor(); }
-    BusyCursor(const BusyCursor&) = delete;
-    BusyCursor& operator=(const BusyCursor&) = delete;
-};
 
 }  // namespace
 

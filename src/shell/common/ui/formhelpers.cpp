@@ -19,6 +19,14 @@
 
 namespace slipbook {
 
+BusyCursor::BusyCursor() {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+BusyCursor::~BusyCursor() {
+    QApplication::restoreOverrideCursor();
+}
+
 namespace {
 
 const QString kCut = QStringLiteral("ID_Cut");

@@ -19,6 +19,15 @@ class QWidget;
 
 namespace slipbook {
 
+// The busy pointer for as long as the object lives.
+class BusyCursor {
+public:
+    BusyCursor();
+    ~BusyCursor();
+    BusyCursor(const BusyCursor&) = delete;
+    BusyCursor& operator=(const BusyCursor&) = delete;
+};
+
 // Restores the window when it is minimised, raises it, and asks "Data Has Been Changed" /
 // "Save Changes ?" with Yes, No and Cancel.
 MsgAnswer SavePrompt(QWidget* window, const QString& title, Messages& messages);
