@@ -3,6 +3,7 @@
 #include "garage/ui/frmEvent.h"
 #include "garage/ui/frmMaintenance.h"
 #include "garage/ui/frmTrack.h"
+#include "run/ui/frmRun.h"
 #include "shell/ui/frmMain.h"
 #include "weather/ui/frmWeather.h"
 
@@ -30,6 +31,9 @@ QWidget* Record(shell::frmMain& m) {
 }  // namespace
 
 void RegisterWindows(shell::frmMain& main) {
+    main.RegisterWindow(QStringLiteral("ID_Runs"), run::OpenRunWindow);
+    main.RegisterDelete(QStringLiteral("ID_Runs"),
+                        [&main](const QString& key) { run::DeleteRunFromList(main, key); });
     main.RegisterWindow(QStringLiteral("ID_Events"), Record<garage::frmEvent>);
     main.RegisterWindow(QStringLiteral("ID_Tracks"), Record<garage::frmTrack>);
     main.RegisterWindow(QStringLiteral("ID_Maintenance"), Record<garage::frmMaintenance>);

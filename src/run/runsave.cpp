@@ -1,0 +1,410 @@
+#include "run/runsave.h"
+
+#include "garage/maintenance.h"
+#include "shell/common/forms.h"
+#include "shell/common/numbers.h"
+#include "shell/runlist.h"
+#include "store/access.h"
+#include "store/dberror.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace slipbook::run {
+
+namespace {
+
+const QString kNull = QStringLiteral("Null");
+
+QString SqlText(const QString& text) {
+    return u'\'' + TextReplace(text, u"'", u"''") + u'\'';
+}
+
+// A number as the statement writes it. Text that is no number goes quoted, so the store refuses
+// it as a type mismatch rather than reading a broken statement.
+QString NumberLiteral(const QString& text) {
+    const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty()) {
+        return kNull;
+    }
+    if (const auto value = StrictNumber(trimmed)) {
+        return PlainNumberText(*value);
+    }
+    return SqlText(trimmed);
+}
+
+QString LongLiteral(const QString& text) {
+    const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty()) {
+        return kNull;
+    }
+    if (const auto value = StrictNumber(trimmed)) {
+        // Half to even, as the whole-number conversion rounds.
+        return QString::number(static_cast<qint64>(std::nearbyint(*value)));
+    }
+    return SqlText(trimmed);
+}
+
+QString SingleLiteral(const QString& text) {
+    const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty()) {
+        return kNull;
+    }
+    if (const auto value = StrictNumber(trimmed)) {
+        // A single keeps seven significant digits.
+        const float single = static_cast<float>(*value);
+        return PlainNumberText(QString::number(static_cast<double>(single), 'g', 7).toDouble());
+    }
+    return SqlText(trimmed);
+}
+
+QString DateLiteral(const QString& text, bool timeOfDay) {
+    const auto value = DateValue(QVariant(text));
+    if (!value) {
+        return kNull;
+    }
+    return u'#' +
+           (timeOfDay ? value->time().toString(QStringLiteral("hh:mm:ss"))
+                      : value->date().toString(QStringLiteral("MM/dd/yyyy"))) +
+           u'#';
+}
+
+QString ValueLiteral(const RunField& f, const RunValues& v) {
+    const QString text = v.text(f.column);
+    switch (f.save) {
+        case SaveForm::Id: {
+            const QVariant id = v.ids.value(f.column);
+            return id.isValid() && !id.isNull() ? QString::number(id.toLongLong()) : kNull;
+        }
+        case SaveForm::Num:
+            return NumberLiteral(text);
+        case SaveForm::Str:
+            return SqlText(TextOrNull(text).toString());
+        case SaveForm::Date:
+            return DateLiteral(text, false);
+        case SaveForm::Time:
+            return DateLiteral(text, true);
+        case SaveForm::Bool:
+            return v.fullRun ? QStringLiteral("True") : QStringLiteral("False");
+        case SaveForm::Long:
+            return LongLiteral(text);
+        case SaveForm::Single:
+            return SingleLiteral(text);
+        case SaveForm::Lane:
+            return v.leftLane ? QStringLiteral("'L'") : QStringLiteral("'R'");
+        case SaveForm::Note:
+            // The shared quoting drops the prompt and doubles the apostrophes.
+            return u'\'' + TextOrNull(QuoteDouble(text)).toString() + u'\'';
+    }
+    return kNull;
+}
+
+// The fields a statement writes, in their order.
+std::vector<const RunField*> StatementFields(int statement, bool adding) {
+    std::vector<const RunField*> fields;
+    for (const RunField& f : RunFields()) {
+        if (f.statement == statement && (adding || f.kind != FieldKind::Hidden)) {
+            fields.push_back(&f);
+        }
+    }
+    std::stable_sort(fields.begin(), fields.end(),
+                     [](const RunField* a, const RunField* b) { return a->rank < b->rank; });
+    return fields;
+}
+
+// The car's statements follow the run's, the notes first.
+int CarStatementOf(const RunField& f) {
+    if (f.carColumn.isEmpty()) {
+        return 0;
+    }
+    if (f.kind == FieldKind::Notes) {
+        return 1;
+    }
+    switch (f.statement) {
+        case 3:
+            return 2;
+        case 4:
+            return 3;
+        case 5:
+            return 4;
+        case 6:
+            return 5;
+        case 7:
+            return 6;
+        case 9:
+            return 7;
+        default:
+            return 0;
+    }
+}
+
+QString Assignments(const std::vector<std::pair<QString, QString>>& pairs) {
+    QString text;
+    for (const auto& [column, value] : pairs) {
+        if (!text.isEmpty()) {
+            text += QStringLiteral(", ");
+        }
+        text += column + QStringLiteral(" = ") + value;
+    }
+    // The last assignment runs into the WHERE with one blank.
+    return text + u' ';
+}
+
+}  // namespace
+
+QString RunRecordsSql(const RunListState& list, qint64 runId) {
+    QString sql;
+    if (list.filterActive) {
+        sql = list.filterSql + u' ';
+    } else {
+        sql = QStringLiteral("SELECT * ") + QStringLiteral("FROM tblRuns ");
+        if (list.eventId != 0) {
+            sql += QStringLiteral("WHERE lEvent_id = ") + QString::number(list.eventId) + u' ';
+        }
+    }
+    sql += sql.contains(QStringLiteral("WHERE"), Qt::CaseInsensitive) ? QStringLiteral(" AND ")
+                                                                      : QStringLiteral(" WHERE ");
+    return sql + QStringLiteral("lRun_id  = ") + QString::number(runId);
+}
+
+qint64 RunNextNumber(store::Database& db, qint64 eventId, qint64 carId) {
+    store::Query q = db.OpenQuery(
+        QStringLiteral("SELECT MAX(lRun_num) AS lLast FROM tblRuns WHERE lEvent_id = ") +
+        QString::number(eventId) + QStringLiteral(" AND lCar_id = ") + QString::number(carId));
+    if (!q.Next() || q.IsNull(0)) {
+        return 1;
+    }
+    return static_cast<qint64>(std::nearbyint(q.Value(0).toDouble())) + 1;
+}
+
+QStringList RunStatements(const RunValues& values, qint64 runId, bool adding) {
+    const QString where = QStringLiteral("WHERE (lRun_id = ") + QString::number(runId) + u')';
+    QStringList statements;
+    for (int s = 1; s <= 9; ++s) {
+        std::vector<std::pair<QString, QString>> pairs;
+        for (const RunField* f : StatementFields(s, adding)) {
+            pairs.emplace_back(f->column, ValueLiteral(*f, values));
+        }
+        statements << QStringLiteral("UPDATE tblRuns SET ") + Assignments(pairs) + where;
+    }
+    return statements;
+}
+
+QStringList CarStatements(const RunValues& values, qint64 carId) {
+    const QString where = QStringLiteral("WHERE (lCar_id = ") + QString::number(carId) + u')';
+    QStringList statements;
+    for (int s = 1; s <= 7; ++s) {
+        std::vector<const RunField*> fields;
+        for (const RunField& f : RunFields()) {
+            if (CarStatementOf(f) == s) {
+                fields.push_back(&f);
+            }
+        }
+        std::stable_sort(fields.begin(), fields.end(),
+                         [](const RunField* a, const RunField* b) { return a->rank < b->rank; });
+        std::vector<std::pair<QString, QString>> pairs;
+        for (const RunField* f : fields) {
+            // The notes go to the car as they stand, prompt and all.
+            pairs.emplace_back(f->carColumn,
+                               SqlText(TextOrNull(values.text(f->column)).toString()));
+        }
+        statements << QStringLiteral("UPDATE tblCars SET ") + Assignments(pairs) + where;
+    }
+    return statements;
+}
+
+QStringList CustomNameStatements(const CustomNames& names) {
+    QStringList statements;
+    for (int n = 0; n < 6; ++n) {
+        statements << QStringLiteral("UPDATE tblListViewColumns SET sColumnHeader = ") +
+                          SqlText(names[n]) + QStringLiteral(" WHERE sFieldName = 'Custom") +
+                          QString::number(n + 1) + u'\'';
+    }
+    return statements;
+}
+
+CustomNames ReadCustomNames(store::Database& db) {
+    CustomNames names;
+    std::array<bool, 6> seen{};
+    store::Query q = db.OpenQuery(
+        QStringLiteral("SELECT sFieldName, sColumnHeader FROM tblListViewColumns WHERE sFieldName "
+                       "IN ('Custom1', 'Custom2', 'Custom3', 'Custom4', 'Custom5', 'Custom6')"));
+    while (q.Next()) {
+        const int n = q.Text(0).mid(6).toInt() - 1;
+        if (n >= 0 && n < 6 && !seen[n]) {
+            seen[n] = true;
+            names[n] = q.Text(1);
+        }
+    }
+    return names;
+}
+
+bool IsNewestRun(store::Database& db, qint64 runId) {
+    // Dates and times are stored as text in time order, and a Null as no text, before all.
+    const auto stamp = [](const store::Query& q) { return q.Text(0) + u'\n' + q.Text(1); };
+    store::Query own =
+        db.OpenQuery(QStringLiteral("SELECT dtRun_dt, dtRun_tm FROM tblRuns WHERE lRun_id = ") +
+                     QString::number(runId));
+    if (!own.Next()) {
+        return false;
+    }
+    const QString mine = stamp(own);
+    // The latest run of each car comes from the index on car, date and time, so the logbook is
+    // never sorted whole; the cars are stepped through the same index.
+    const QString latest = QStringLiteral(
+        "SELECT dtRun_dt, dtRun_tm FROM tblRuns WHERE lCar_id %1 ORDER BY dtRun_dt DESC, "
+        "dtRun_tm DESC LIMIT 1");
+    const auto laterThanMine = [&](const QString& condition) {
+        store::Query q = db.OpenQuery(latest.arg(condition));
+        return q.Next() && stamp(q) > mine;
+    };
+    if (laterThanMine(QStringLiteral("IS NULL"))) {
+        return false;
+    }
+    QString after = QStringLiteral("SELECT MIN(lCar_id) FROM tblRuns");
+    for (;;) {
+        store::Query car = db.OpenQuery(after);
+        if (!car.Next() || car.IsNull(0)) {
+            return true;
+        }
+        const QString id = car.Text(0);
+        if (laterThanMine(QStringLiteral("= ") + id)) {
+            return false;
+        }
+        after = QStringLiteral("SELECT MIN(lCar_id) FROM tblRuns WHERE lCar_id > ") + id;
+    }
+}
+
+void CountRunOnMaintenance(store::Database& db, qint64 carId) {
+    db.Execute(garage::CountUpSql(carId));
+}
+
+bool MaintenanceDue(store::Database& db, qint64 carId) {
+    store::Query q = db.OpenQuery(garage::DueItemsSql(carId));
+    return q.Next();
+}
+
+RunSaveOutcome SaveRun(store::Database& db, const RunSaveRequest& request) {
+    RunSaveOutcome out;
+    out.added = request.runId == 0;
+    out.runId = request.runId;
+    const QVariant car = request.values.ids.value(QStringLiteral("lCar_id"));
+    const bool hasCar = car.isValid() && !car.isNull();
+
+    store::Database::Transaction transaction(db);
+    if (out.added) {
+        db.Execute(
+            QStringLiteral("INSERT INTO tblRuns (lEvent_id, lCar_id, lOpponent_id, "
+                           "lRunType_id) VALUES (Null, Null, Null, Null)"));
+        out.runId = db.LastInsertRowId();
+    }
+    const QStringList statements = RunStatements(request.values, out.runId, out.added);
+    for (qsizetype i = 0; i < statements.size(); ++i) {
+        if (db.Execute(statements[i]) == 0 && i == 0) {
+            // The run has gone since the window showed it.
+            throw store::DbError(store::err::NoCurrentRecord, QStringLiteral("Slipbook"),
+                                 QStringLiteral("No current record."));
+        }
+    }
+    if (request.customNames) {
+        for (const QString& s : CustomNameStatements(*request.customNames)) {
+            db.Execute(s);
+        }
+    }
+    if (hasCar && (out.added || IsNewestRun(db, out.runId))) {
+        for (const QString& s : CarStatements(request.values, car.toLongLong())) {
+            db.Execute(s);
+        }
+        out.carUpdated = true;
+    }
+    if (hasCar && out.added) {
+        CountRunOnMaintenance(db, car.toLongLong());
+    }
+    transaction.Commit();
+    if (hasCar && out.added) {
+        out.maintenanceDue = MaintenanceDue(db, car.toLongLong());
+    }
+    return out;
+}
+
+std::optional<QHash<QString, QString>> CarTuneUp(store::Database& db, qint64 carId) {
+    store::Query q = db.OpenQuery(QStringLiteral("SELECT * from tblCars WHERE lCar_id = ") +
+                                  QString::number(carId));
+    if (!q.Next()) {
+        return std::nullopt;
+    }
+    const int carry = q.FieldIndex(QStringLiteral("lCarryForward_info"));
+    if (carry < 0 || q.IsNull(carry) || q.Value(carry).toDouble() == 0) {
+        return std::nullopt;
+    }
+    QHash<QString, QString> texts;
+    for (const RunField& f : RunFields()) {
+        if (!f.fromCar) {
+            continue;
+        }
+        const int field = q.FieldIndex(f.carColumn.isEmpty() ? f.column : f.carColumn);
+        texts.insert(f.column, CarriedText(field >= 0 ? q.Value(field) : QVariant()));
+    }
+    return texts;
+}
+
+bool CarTypes::fuelInjected() const {
+    return carburetion.trimmed().compare(u"FI", Qt::CaseInsensitive) == 0;
+}
+
+bool CarTypes::nitro() const {
+    return fuel.trimmed().compare(u"NITRO", Qt::CaseInsensitive) == 0;
+}
+
+CarTypes ReadCarTypes(store::Database& db, qint64 carId, Messages& messages) {
+    const auto lookup = [&](const char* column) {
+        return store::TableLookup(db, QStringLiteral("tblCars"), QStringLiteral("lCar_id"),
+                                  QString::fromLatin1(column), carId, messages)
+            .toString();
+    };
+    return {lookup("sCarFuel_typ"), lookup("sCarCarb_typ")};
+}
+
+QString RunGridRow(store::Database& db, const QStringList& columnNames, qint64 runId) {
+    shell::ListLayout layout;
+    layout.mode = QStringLiteral("ID_Runs");
+    QHash<QString, shell::ListColumn> catalogue;
+    {
+        store::Query q = db.OpenQuery(QStringLiteral(
+            "SELECT * FROM tblListViewColumns WHERE sView_id = 'ID_Runs' ORDER BY lOrder"));
+        const int name = q.FieldIndex(QStringLiteral("sFieldName"));
+        while (q.Next()) {
+            const QString key = q.Text(name).toLower();
+            if (catalogue.contains(key)) {
+                continue;
+            }
+            shell::ListColumn c;
+            c.name = q.Text(name);
+            c.format = q.Text(q.FieldIndex(QStringLiteral("sDisplayFormat")));
+            c.typeCode = TextGridModel::TypeCode(q.Text(q.FieldIndex(QStringLiteral("sDataType"))));
+            const int lookup = q.FieldIndex(QStringLiteral("bLookup_fl"));
+            c.lookup = !q.IsNull(lookup) && q.Integer(lookup) != 0;
+            c.lookupTable = q.Text(q.FieldIndex(QStringLiteral("sLookupTable_nm")));
+            c.lookupField = q.Text(q.FieldIndex(QStringLiteral("sLookupField_nm")));
+            catalogue.insert(key, c);
+        }
+    }
+    for (qsizetype i = 0; i < columnNames.size(); ++i) {
+        shell::ListColumn c;
+        c.name = columnNames[i];
+        if (i > 0) {
+            c = catalogue.value(columnNames[i].toLower(), c);
+        }
+        layout.columns.push_back(c);
+    }
+    store::Query q = db.OpenQuery(QStringLiteral("SELECT * FROM tblRuns WHERE lRun_id = ") +
+                                  QString::number(runId));
+    if (!q.Next()) {
+        return QString();
+    }
+    shell::RowBuilder builder(db, layout);
+    builder.Bind(q);
+    return builder.BuildText(q);
+}
+
+}  // namespace slipbook::run

@@ -1,0 +1,834 @@
+// The run window driven offscreen as the user drives it: a new run typed and saved, the checks,
+// the intervals and number boxes while typing, the weather and the station's reading, carrying
+// the car's tune-up forward, the car and the counters after a save, numbering, deleting, and
+// the window opened by a real main window.
+
+#include "run/ui/frmRun.h"
+#include "garage/ui/frmMaintenance.h"
+#include "garage/windowtest.h"
+#include "run/runsave.h"
+#include "shell/runlist.h"
+#include "shell/ui/frmMain.h"
+#include "shell/ui/frozentableview.h"
+#include "weather/station.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTemporaryDir>
+
+using namespace slipbook;
+using namespace slipbook::test;
+using run::frmRun;
+
+namespace {
+
+class FakeGrid : public run::RunListGrid {
+public:
+    QStringList ColumnNames() const override { return columns; }
+    void PutRow(const QString& key, const QString& row) override { puts << key + u'|' + row; }
+    void RemoveRow(const QString& key) override { removed << key; }
+
+    QStringList columns;
+    QStringList puts;
+    QStringList removed;
+};
+
+class FakeTimer : public weather::PollTimer {
+public:
+    void start(int ms) override { interval_ = ms, active_ = true; }
+    void stop() override { active_ = false; }
+    bool isActive() const override { return active_; }
+    int interval() const override { return interval_; }
+    void tick() { fire(); }
+
+private:
+    int interval_ = 0;
+    bool active_ = false;
+};
+
+struct RunWindow : WindowTest {
+    std::unique_ptr<frmRun> Open() {
+        auto fake = std::make_unique<FakeGrid>();
+        grid = fake.get();
+        grid->columns = ListColumns();
+        auto window =
+            std::make_unique<frmRun>(logbook.db(), messages, main, std::move(fake), nullptr,
+                                     [] { return QDateTime(QDate(2024, 7, 4), QTime(14, 35)); });
+        auto fakeTimer = std::make_unique<FakeTimer>();
+        timer = fakeTimer.get();
+        window->SetWeatherTimer(std::move(fakeTimer));
+        return window;
+    }
+    std::unique_ptr<frmRun> OpenNew(qint64 event = 1) {
+        main.storedTool = QStringLiteral("ID_New");
+        main.eventId = event;
+        return Open();
+    }
+    std::unique_ptr<frmRun> OpenRun(qint64 id) {
+        main.storedTool.clear();
+        main.keyText = QString::number(id);
+        return Open();
+    }
+    // The quarter-mile list's columns.
+    QStringList ListColumns() {
+        shell::ListContext ctx;
+        ctx.carId = 1;
+        ctx.viewId = Scalar(QStringLiteral("SELECT lView_id FROM tblViews WHERE sTable_nm = "
+                                           "'tbl14MileView'"))
+                         .toLongLong();
+        QStringList names;
+        for (const auto& c :
+             shell::BuildListLayout(logbook.db(), QStringLiteral("ID_Runs"), ctx, messages)
+                 .columns) {
+            names << c.name;
+        }
+        return names;
+    }
+    template <typename T = QLineEdit>
+    T* F(frmRun& window, const char* name) {
+        T* control = qobject_cast<T*>(window.Control(QString::fromLatin1(name)));
+        EXPECT_NE(control, nullptr) << name;
+        return control;
+    }
+    // Replaces the text as typed, key by key, then leaves the box.
+    void Type(QWidget* field, const QString& text) {
+        if (auto* box = qobject_cast<QLineEdit*>(field)) {
+            box->selectAll();
+            if (text.isEmpty()) {
+                QTest::keyClick(box, Qt::Key_Delete);
+            }
+        }
+        QTest::keyClicks(field, text);
+        Leave(field);
+    }
+    void Pick(QComboBox* combo, const char* text) {
+        combo->setCurrentIndex(combo->findText(QString::fromUtf8(text)));
+    }
+    QStringList Shown() const {
+        QStringList texts;
+        for (const Message& m : messages.shown) {
+            texts << m.text;
+        }
+        return texts;
+    }
+    // The maintenance windows a save raised; closed and counted.
+    int TakeAlerts() {
+        QList<QPointer<QWidget>> alerts;
+        for (QWidget* w : QApplication::topLevelWidgets()) {
+            if (qobject_cast<garage::frmMaintenance*>(w) != nullptr) {
+                alerts << w;
+            }
+        }
+        for (const QPointer<QWidget>& w : alerts) {
+            delete w.data();
+        }
+        return static_cast<int>(alerts.size());
+    }
+    QHash<QString, QVariant> RunRow(qint64 id) {
+        QHash<QString, QVariant> row;
+        store::Query q = logbook.db().OpenQuery(
+            QStringLiteral("SELECT * FROM tblRuns WHERE lRun_id = %1").arg(id));
+        if (q.Next()) {
+            for (int i = 0; i < q.FieldCount(); ++i) {
+                row.insert(q.FieldName(i), q.Value(i));
+            }
+        }
+        return row;
+    }
+    qint64 LastRunId() {
+        return Scalar(QStringLiteral("SELECT MAX(lRun_id) FROM tblRuns")).toLongLong();
+    }
+    double RunsMade(int item) {
+        return Scalar(QStringLiteral("SELECT iRunsMade FROM tblMaintenance WHERE lMaintenance_id "
+                                     "= %1")
+                          .arg(item))
+            .toDouble();
+    }
+
+    FakeGrid* grid = nullptr;
+    FakeTimer* timer = nullptr;
+};
+
+}  // namespace
+
+TEST_F(RunWindow, ANewRunTypedEndToEnd) {
+    logbook.db().Execute(QStringLiteral(
+        "UPDATE tblCars SET sCarNotes_tx = Null, sBaseJet = '76', sHatNozzle2_val = '0.040' "
+        "WHERE lCar_id = 1"));
+    auto w = OpenNew();
+    ShowActive(*w);
+    EXPECT_EQ(main.lockCount, 1);
+    EXPECT_TRUE(main.storedTool.isEmpty());
+    EXPECT_TRUE(w->RecordAdd());
+    EXPECT_FALSE(w->DataChanged());
+    auto* events = F<QComboBox>(*w, "cboEvents");
+    auto* cars = F<QComboBox>(*w, "cboCars");
+    EXPECT_EQ(events->currentText(), QStringLiteral("Test and Tune Day"));
+    EXPECT_FALSE(events->isEnabled());  // the main window's event, locked
+    EXPECT_EQ(cars->currentText(), QStringLiteral("My Race Car"));
+    EXPECT_FALSE(cars->isEnabled());
+    EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("1"));
+    EXPECT_EQ(F(*w, "mebRun_dt")->displayText(), QStringLiteral("07/04/2024"));
+    EXPECT_EQ(F(*w, "mebRun_tm")->displayText(), QStringLiteral("02:35 PM"));
+    EXPECT_EQ(F<QComboBox>(*w, "cboOpponents")->currentText(), QStringLiteral("<None>"));
+    EXPECT_EQ(F<QComboBox>(*w, "cboRunTypes")->currentText(), QStringLiteral("Time Trial"));
+    EXPECT_TRUE(F<QCheckBox>(*w, "SSChkFullRun_fl")->isChecked());
+    EXPECT_TRUE(F<QRadioButton>(*w, "ssoptLeft")->isChecked());
+    EXPECT_EQ(F(*w, "txtPoints")->text(), QStringLiteral("0"));
+    EXPECT_EQ(F(*w, "txt60to330foot_et")->text(), QString());
+    EXPECT_EQ(F(*w, "txtThrottleStop(2)")->text(), QStringLiteral("0"));
+    // The car carries forward: its Null notes come as a blank, not the prompt.
+    EXPECT_EQ(F<QPlainTextEdit>(*w, "rtbRunNotes_tx")->toPlainText(), QStringLiteral(" "));
+    EXPECT_FALSE(w->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    EXPECT_FALSE(w->tool(QStringLiteral("ID_Save"))->isEnabled());
+
+    Type(F(*w, "txtRunNumber"), QStringLiteral("3"));
+    EXPECT_TRUE(w->DataChanged());
+    EXPECT_TRUE(w->tool(QStringLiteral("ID_Save"))->isEnabled());
+    EXPECT_EQ(F(*w, "txtRunNumber")->palette().color(QPalette::Text), QColor(Qt::red));
+    F(*w, "mebRun_tm")->setText(QStringLiteral("10:05 AM"));
+    Pick(F<QComboBox>(*w, "cboOpponents"), "Bye Run");
+    Pick(F<QComboBox>(*w, "cboRunTypes"), "Eliminations");
+    F<QCheckBox>(*w, "SSChkFullRun_fl")->click();
+    Type(F(*w, "txtPoints"), QStringLiteral("1234"));
+    EXPECT_EQ(F(*w, "txtPoints")->text(), QStringLiteral("1,234"));
+    Type(F(*w, "txtExhaustTemp"), QStringLiteral("1250"));
+    Type(F(*w, "txtLogFile"), QStringLiteral("C:\\logs\\O'Neil \"run\" #3.log"));
+    Type(F(*w, "txtTemp"), QStringLiteral("75"));
+    Type(F(*w, "txtHumidity"), QStringLiteral("50"));
+    Type(F(*w, "txtBarometricPressure"), QStringLiteral("29.92"));
+    Type(F(*w, "txtDialIn"), QStringLiteral("10.9"));
+    F<QRadioButton>(*w, "ssoptRight")->click();
+    Type(F(*w, "txtReactionTime"), QStringLiteral(".512"));
+    Type(F(*w, "txt60Foot_et"), QStringLiteral("1.402"));
+    Type(F(*w, "txt330Foot_et"), QStringLiteral("4.012"));
+    Type(F(*w, "txt18Mile_et"), QStringLiteral("6.303"));
+    Type(F(*w, "txt18Mile_mph"), QStringLiteral("108.25"));
+    Type(F(*w, "txt1000Foot_et"), QStringLiteral("8.211"));
+    Type(F(*w, "txt14Mile_et"), QStringLiteral("9.87"));
+    Type(F(*w, "txt14Mile_mph"), QStringLiteral("135.01"));
+    Type(F(*w, "txtMarginOfVictory_ft"), QStringLiteral("3.5"));
+    auto* notes = F<QPlainTextEdit>(*w, "rtbRunNotes_tx");
+    notes->selectAll();
+    QTest::keyClicks(notes, QStringLiteral("Pulled left, 'lifted' at \"1/8\""));
+    Type(F(*w, "txtJet(0)"), QStringLiteral("72 O'Neil's"));
+    Type(F(*w, "txtThrottleStop(0)"), QStringLiteral("1.5"));
+    Type(F(*w, "txtCustom1"), QStringLiteral("Hoosier 'C' \"soft\""));
+    EXPECT_EQ(F(*w, "txtCorrFactor")->text(), QStringLiteral("1.0294"));
+    EXPECT_EQ(F(*w, "txt60to330foot_et")->text(), QStringLiteral("2.61 "));
+
+    const double made = RunsMade(3);
+    Press(*w, "ID_SaveandClose");
+    EXPECT_TRUE(w->isHidden());
+    EXPECT_EQ(main.lockCount, 0);
+    const qint64 id = LastRunId();
+    const auto row = RunRow(id);
+    EXPECT_EQ(row.value("lEvent_id").toLongLong(), 1);
+    EXPECT_EQ(row.value("lCar_id").toLongLong(), 1);
+    EXPECT_EQ(row.value("lRun_num").toLongLong(), 3);
+    EXPECT_EQ(row.value("dtRun_dt").toDateTime().date(), QDate(2024, 7, 4));
+    EXPECT_EQ(row.value("dtRun_tm").toDateTime().time(), QTime(10, 5));
+    EXPECT_EQ(row.value("lOpponent_id").toLongLong(), 2);
+    EXPECT_EQ(row.value("bFullRun_fl").toLongLong(), 0);
+    EXPECT_EQ(row.value("lRunType_id").toLongLong(), 3);
+    EXPECT_EQ(row.value("lPoints_val").toLongLong(), 1234);
+    EXPECT_DOUBLE_EQ(row.value("iVehicleReactionTime_val").toDouble(), 0);
+    EXPECT_DOUBLE_EQ(row.value("iExhaustTemp_val").toDouble(), 1250);
+    EXPECT_EQ(row.value("sLogFile_nm").toString(),
+              QStringLiteral("C:\\logs\\O'Neil \"run\" #3.log"));
+    EXPECT_DOUBLE_EQ(row.value("iTemp_val").toDouble(), 75);
+    EXPECT_DOUBLE_EQ(row.value("iBarometricPressure_val").toDouble(), 29.92);
+    EXPECT_DOUBLE_EQ(row.value("iPressureAltitude_val").toDouble(), 1);
+    EXPECT_DOUBLE_EQ(row.value("iCorrFactor_val").toDouble(), 1.0294);
+    EXPECT_DOUBLE_EQ(row.value("iDensityAlt_val").toDouble(), 1468);
+    EXPECT_DOUBLE_EQ(row.value("iAirDensity_val").toDouble(), 95.8);
+    EXPECT_DOUBLE_EQ(row.value("iWetBulbTemp_val").toDouble(), 62.5);
+    EXPECT_DOUBLE_EQ(row.value("iDialIn_val").toDouble(), 10.9);
+    EXPECT_EQ(row.value("sLane_nm").toString(), QStringLiteral("R"));
+    EXPECT_DOUBLE_EQ(row.value("iReactionTime_val").toDouble(), 0.512);
+    EXPECT_DOUBLE_EQ(row.value("i14Mile_et").toDouble(), 9.87);
+    EXPECT_DOUBLE_EQ(row.value("i14Mile_mph").toDouble(), 135.01);
+    EXPECT_DOUBLE_EQ(row.value("iMarginOfVictory_ft").toDouble(), 3.5);
+    EXPECT_DOUBLE_EQ(row.value("i60to330Foot_et").toDouble(), 2.61);
+    EXPECT_DOUBLE_EQ(row.value("i1000to1320Foot_et").toDouble(), 1.659);
+    EXPECT_EQ(row.value("sRunNotes_tx").toString(),
+              QStringLiteral("Pulled left, 'lifted' at \"1/8\""));
+    EXPECT_EQ(row.value("sJet1_val").toString(), QStringLiteral("72 O'Neil's"));
+    EXPECT_EQ(row.value("sThrottleStop1_val").toString(), QStringLiteral("1.500"));
+    EXPECT_EQ(row.value("Custom1").toString(), QStringLiteral("Hoosier 'C' \"soft\""));
+    EXPECT_EQ(row.value("sBaseJet").toString(), QStringLiteral("76"));  // from the car, unseen
+    EXPECT_EQ(row.value("sHatNozzle2_val").toString(), QStringLiteral("0.040"));
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT sJet1_val FROM tblCars WHERE lCar_id = 1")).toString(),
+              QStringLiteral("72 O'Neil's"));
+
+    // The list gets the run's row as the list itself would build it.
+    ASSERT_EQ(grid->puts.size(), 1);
+    EXPECT_EQ(grid->puts[0],
+              QString::number(id) + u'|' + run::RunGridRow(logbook.db(), grid->columns, id));
+    EXPECT_TRUE(
+        grid->puts[0].contains(QStringLiteral("\tTest and Tune Day\tEliminations\tBye "
+                                              "Run\tR\t10.900\t0.512\t1.402\t")));
+    // The car's due items counted the run and raised the maintenance window.
+    EXPECT_EQ(RunsMade(3), made + 1);
+    EXPECT_TRUE(Shown().contains(
+        QStringLiteral("NOTE: Upcoming or Critical Maintenance Items exist for this car")));
+    EXPECT_EQ(TakeAlerts(), 1);
+
+    // Shown again, every text comes back as it was stored.
+    auto again = OpenRun(id);
+    EXPECT_EQ(again->windowTitle(), QStringLiteral("Run"));
+    EXPECT_FALSE(again->RecordAdd());
+    EXPECT_EQ(F(*again, "txtLogFile")->text(), QStringLiteral("C:\\logs\\O'Neil \"run\" #3.log "));
+    EXPECT_EQ(F(*again, "txtJet(0)")->text(), QStringLiteral("72 O'Neil's "));
+    EXPECT_EQ(F(*again, "txtPoints")->text(), QStringLiteral("1,234"));
+    EXPECT_EQ(F(*again, "txtDensityAlt")->text(), QStringLiteral("1,468"));
+    EXPECT_EQ(F(*again, "txtDryBarometer")->text(), QStringLiteral("29.48 "));
+    EXPECT_EQ(F(*again, "txt60to330foot_et")->text(), QStringLiteral("2.61 "));
+    EXPECT_EQ(F(*again, "mebRun_tm")->displayText(), QStringLiteral("10:05 AM"));
+    EXPECT_TRUE(F<QRadioButton>(*again, "ssoptRight")->isChecked());
+    EXPECT_TRUE(again->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    EXPECT_FALSE(again->DataChanged());
+}
+
+TEST_F(RunWindow, ChecksInOrderWithTheirMessagesAndFocus) {
+    auto w = OpenNew(0);  // no current event: the list is open and unselected
+    ShowActive(*w);
+    EXPECT_TRUE(F<QComboBox>(*w, "cboEvents")->isEnabled());
+    const auto save = [&](const char* message, const char* focus) {
+        messages.shown.clear();
+        Press(*w, "ID_Save");
+        ASSERT_FALSE(messages.shown.empty()) << message;
+        EXPECT_EQ(messages.shown[0].text, QString::fromLatin1(message));
+        EXPECT_EQ(messages.shown[0].title, QStringLiteral("Data Entry Error"));
+        EXPECT_EQ(messages.shown[0].icon, MsgIcon::Critical);
+        EXPECT_EQ(FocusName(*w), QString::fromLatin1(focus));
+        EXPECT_TRUE(w->RecordAdd());
+    };
+    F(*w, "txtRunNumber")->setText(QString());
+    save("Run Number Must Be Entered", "txtRunNumber");
+    EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("1"));  // filled in for the user
+    save("Event Must Be Selected", "cboEvents");
+    Pick(F<QComboBox>(*w, "cboEvents"), "Test and Tune Day");
+    F(*w, "mebRun_dt")->setText(QStringLiteral("13/45/2024"));
+    save("Invalid Date, Use MM/DD/YYYY Format", "mebRun_dt");
+    F(*w, "mebRun_dt")->setText(QString());  // no date at all is allowed
+    F(*w, "mebRun_tm")->setText(QStringLiteral("25:99 PM"));
+    save("Invalid Time, Use HH:MM am/pm Format", "mebRun_tm");
+    F(*w, "mebRun_tm")->setText(QStringLiteral("09:15 AM"));
+    F<QComboBox>(*w, "cboRunTypes")->setCurrentIndex(-1);
+    save("Run Type Must Be Selected", "cboRunTypes");
+    Pick(F<QComboBox>(*w, "cboRunTypes"), "Qualifying");
+    F<QComboBox>(*w, "cboOpponents")->setCurrentIndex(-1);
+    save("Opponent Must Be Selected", "cboOpponents");
+    Pick(F<QComboBox>(*w, "cboOpponents"), "Solo Pass");
+    F(*w, "txtTemp")->setText(QStringLiteral("121"));
+    save("Valid Temperature Range 32-120", "txtTemp");
+    F(*w, "txtTemp")->setText(QStringLiteral("120"));
+    F(*w, "txtHumidity")->setText(QStringLiteral("100.5"));
+    save("Valid Humidity Range 0-100", "txtHumidity");
+    F(*w, "txtHumidity")->setText(QStringLiteral("100"));
+    F(*w, "txtBarometricPressure")->setText(QStringLiteral("31.51"));
+    save("Valid Air Pressure Range 20-31.5", "txtBarometricPressure");
+    F(*w, "txtBarometricPressure")->setText(QStringLiteral("31.5"));
+    // A humidity box emptied can't give the figures: said in words, nothing written.
+    F(*w, "txtHumidity")->setText(QString());
+    save("The air figures can't be calculated: humidity is empty", "txtHumidity");
+    F(*w, "txtHumidity")->setText(QStringLiteral("0"));
+
+    // Save and New with a failed check stays on the run; with a good one it starts the next.
+    F(*w, "txtRunNumber")->setText(QStringLiteral("0"));
+    messages.shown.clear();
+    Press(*w, "ID_New");
+    EXPECT_EQ(Shown(), QStringList{QStringLiteral("Run Number Must Be Entered")});
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")).toInt(), 0);
+    Press(*w, "ID_New");
+    const auto row = RunRow(LastRunId());
+    EXPECT_TRUE(row.value("dtRun_dt").isNull());
+    EXPECT_DOUBLE_EQ(row.value("iHumidity_val").toDouble(), 0);
+    EXPECT_GT(row.value("iCorrFactor_val").toDouble(), 0);  // computed at the save
+    EXPECT_TRUE(w->RecordAdd());
+    EXPECT_FALSE(w->DataChanged());
+    EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("1"));  // of the main window's event
+    EXPECT_EQ(F(*w, "txtTemp")->text(), QStringLiteral("0"));
+    EXPECT_EQ(F(*w, "txtCorrFactor")->text(), QStringLiteral("0"));
+    TakeAlerts();
+}
+
+TEST_F(RunWindow, IntervalsAndNumberBoxesWhileTyping) {
+    auto w = OpenNew();
+    ShowActive(*w);
+    QLineEdit* sixty = F(*w, "txt60Foot_et");
+    QLineEdit* three30 = F(*w, "txt330Foot_et");
+    QLineEdit* split = F(*w, "txt60to330foot_et");
+    QLineEdit* next = F(*w, "txt330to660foot_et");
+    sixty->selectAll();
+    QTest::keyClicks(sixty, QStringLiteral("1."));
+    EXPECT_EQ(split->text(), QStringLiteral(" "));   // 0 - 1: negative shows the blank
+    QTest::keyClicks(three30, QStringLiteral("4"));  // "04": after the new run's 0
+    EXPECT_EQ(split->text(), QStringLiteral("3 "));
+    QTest::keyClicks(three30, QStringLiteral(".5"));
+    EXPECT_EQ(split->text(), QStringLiteral("3.5 "));
+    EXPECT_EQ(next->text(), QStringLiteral(" "));  // 1/8 still 0
+    QTest::keyClick(sixty, Qt::Key_Backspace);
+    QTest::keyClick(sixty, Qt::Key_Backspace);
+    EXPECT_EQ(sixty->text(), QString());
+    EXPECT_EQ(split->text(), QStringLiteral("3.5 "));  // a blank mark keeps what was shown
+    QTest::keyClicks(sixty, QStringLiteral("4.5"));
+    EXPECT_EQ(split->text(), QStringLiteral("0 "));
+    QTest::keyClicks(sixty, QStringLiteral("1"));
+    EXPECT_EQ(split->text(), QStringLiteral(" "));
+    Leave(sixty);
+    EXPECT_EQ(sixty->text(), QStringLiteral("4.510"));
+
+    // Three places at most, one point, no letters; Enter moves on.
+    QLineEdit* dial = F(*w, "txtDialIn");
+    dial->selectAll();
+    QTest::keyClicks(dial, QStringLiteral("1x0.9.8765"));
+    EXPECT_EQ(dial->text(), QStringLiteral("10.987"));
+    Leave(dial);
+    EXPECT_EQ(dial->text(), QStringLiteral("10.987"));
+    Type(dial, QStringLiteral("12"));
+    EXPECT_EQ(dial->text(), QStringLiteral("12.000"));
+    dial->selectAll();
+    QTest::keyClick(dial, Qt::Key_Delete);
+    Leave(dial);
+    EXPECT_EQ(dial->text(), QStringLiteral(".000"));
+    dial->setFocus();
+    QTest::keyClick(dial, Qt::Key_Return);
+    EXPECT_NE(FocusName(*w), QStringLiteral("txtDialIn"));
+    Type(F(*w, "txtDelayBox"), QStringLiteral(".12345"));
+    EXPECT_EQ(F(*w, "txtDelayBox")->text(), QStringLiteral(".123"));
+    // The VRT takes four places, and typing it alone changes nothing to save.
+    w.reset();
+    auto v = OpenNew();
+    ShowActive(*v);
+    Type(F(*v, "txtVRT"), QStringLiteral("0.01234"));
+    EXPECT_EQ(F(*v, "txtVRT")->text(), QStringLiteral("0.0123"));
+    Type(F(*v, "txtVRT"), QStringLiteral(".5"));
+    EXPECT_EQ(F(*v, "txtVRT")->text(), QStringLiteral(".5000"));
+    EXPECT_FALSE(v->DataChanged());
+    // A number box takes any count of places and points; the store refuses what is no number,
+    // and the window stays as typed.
+    Type(F(*v, "txtMarginOfVictory_ft"), QStringLiteral("1.2.3x"));
+    EXPECT_EQ(F(*v, "txtMarginOfVictory_ft")->text(), QStringLiteral("1.2.3"));
+    messages.shown.clear();
+    Press(*v, "ID_SaveandClose");
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")).toInt(), 0);
+    EXPECT_FALSE(v->isHidden());
+    EXPECT_TRUE(v->RecordAdd());
+    EXPECT_TRUE(v->DataChanged());
+    EXPECT_EQ(F(*v, "txtMarginOfVictory_ft")->text(), QStringLiteral("1.2.3"));
+    EXPECT_EQ(F(*v, "txtVRT")->text(), QStringLiteral(".5000"));
+    EXPECT_TRUE(grid->puts.isEmpty());
+}
+
+TEST_F(RunWindow, WeatherChecksConversionsAndTheStationsReading) {
+    QTemporaryDir station;
+    main.weatherDir = station.path();
+    auto w = OpenNew();
+    ShowActive(*w);
+    QLineEdit* temp = F(*w, "txtTemp");
+    QLineEdit* humidity = F(*w, "txtHumidity");
+    QLineEdit* baro = F(*w, "txtBarometricPressure");
+    QLineEdit* altitude = F(*w, "txtPressureAltitude");
+    const auto leaveWith = [&](QLineEdit* box, const char* text) {
+        messages.shown.clear();
+        box->setFocus();
+        Type(box, QString::fromLatin1(text));
+        return messages.shown.empty() ? QString() : messages.last().text;
+    };
+    EXPECT_EQ(leaveWith(temp, "120.1"), QStringLiteral("Valid Temperature Range 32-120"));
+    EXPECT_EQ(messages.last().title, QString());
+    EXPECT_EQ(temp->text(), QStringLiteral("0"));
+    EXPECT_EQ(FocusName(*w), QStringLiteral("txtTemp"));
+    EXPECT_EQ(leaveWith(temp, "31.9"), QStringLiteral("Valid Temperature Range 32-120"));
+    EXPECT_EQ(leaveWith(temp, "32"), QString());
+    EXPECT_EQ(F(*w, "txtCorrFactor")->text(), QStringLiteral("0"));  // no pressure yet
+    EXPECT_EQ(leaveWith(humidity, "101"), QStringLiteral("Valid Humidity Range 0-100"));
+    EXPECT_EQ(leaveWith(humidity, "50"), QString());
+    EXPECT_EQ(leaveWith(baro, "19.9"), QStringLiteral("Valid Air Pressure Range 20-31.5"));
+    EXPECT_EQ(baro->text(), QStringLiteral("0"));
+    EXPECT_EQ(altitude->text(), QStringLiteral("0"));  // left as it was
+    EXPECT_EQ(leaveWith(baro, "30"), QString());
+    EXPECT_EQ(altitude->text(), *weather::PressureAltitudeText(u"30"));
+    EXPECT_EQ(F(*w, "txtCorrFactor")->text(), QStringLiteral("0.9730"));  // 32 F, 50 %, 30 in
+    EXPECT_EQ(F(*w, "txtDensityAlt")->text(), QStringLiteral("-1,893"));
+    EXPECT_EQ(F(*w, "txtWetBulbTemp")->text(), QStringLiteral("0.0"));
+
+    // The altitude typed gives the barometer, and the barometer gives the altitude back.
+    EXPECT_EQ(leaveWith(altitude, "1000"), QString());
+    EXPECT_EQ(baro->text(), QStringLiteral("28.86"));
+    EXPECT_EQ(leaveWith(baro, "28.86"), QString());
+    EXPECT_EQ(altitude->text(), *weather::PressureAltitudeText(u"28.86"));
+    EXPECT_NEAR(altitude->text().toDouble(), 1000, 10);
+    EXPECT_EQ(leaveWith(altitude, "0"), QString());  // exactly "0" converts nothing
+    EXPECT_EQ(baro->text(), QStringLiteral("28.86"));
+    const QString corr = F(*w, "txtCorrFactor")->text();
+    EXPECT_EQ(leaveWith(altitude, ""), QString());  // a blank altitude is no number: kept
+    EXPECT_EQ(baro->text(), QStringLiteral("28.86"));
+    EXPECT_EQ(F(*w, "txtCorrFactor")->text(), corr);
+    EXPECT_EQ(leaveWith(temp, "0"), QString());
+    for (const char* figure :
+         {"txtCorrFactor", "txtDensityAlt", "txtAirDensity", "txtVaporPressure", "txtDryBarometer",
+          "txtDewPoint", "txtWetBulbTemp"}) {
+        EXPECT_EQ(F(*w, figure)->text(), QStringLiteral("0")) << figure;
+    }
+
+    // The station's chosen reading, asked for and found on the timer.
+    const QString file = weather::StationFilePath(station.path(), weather::kChosenReadingFile);
+    QFile stale(file);
+    ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
+    stale.write("old\r\nx, 99, 99, 29\r\n");
+    stale.close();
+    messages.shown.clear();
+    F<QPushButton>(*w, "GetWeather")->click();
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_TRUE(messages.last().text.startsWith(QStringLiteral("Go to Barometrix, point")));
+    EXPECT_FALSE(QFile::exists(file));  // an old answer is not taken for the new one
+    EXPECT_TRUE(timer->isActive());
+    EXPECT_EQ(timer->interval(), 1000);
+    EXPECT_EQ(F<QPushButton>(*w, "GetWeather")->palette().color(QPalette::ButtonText),
+              QColor(Qt::red));
+    timer->tick();  // nothing yet: it keeps looking
+    EXPECT_TRUE(timer->isActive());
+    QFile answer(file);
+    ASSERT_TRUE(answer.open(QIODevice::WriteOnly));
+    answer.write("Time, Temp, Hum, Baro\r\n14:35, 75, 50, 29.92, 3\r\n");
+    answer.close();
+    timer->tick();
+    EXPECT_FALSE(timer->isActive());
+    EXPECT_EQ(temp->text(), QStringLiteral("75"));
+    EXPECT_EQ(humidity->text(), QStringLiteral("50"));
+    EXPECT_EQ(baro->text(), QStringLiteral("29.92"));
+    EXPECT_EQ(altitude->text(), QStringLiteral("1"));
+    EXPECT_EQ(F(*w, "txtCorrFactor")->text(), QStringLiteral("1.0294"));
+    EXPECT_EQ(F(*w, "txtDensityAlt")->text(), QStringLiteral("1,468"));
+    EXPECT_EQ(F(*w, "txtAirDensity")->text(), QStringLiteral("95.80"));
+    EXPECT_EQ(F(*w, "txtDewPoint")->text(), QStringLiteral("55"));
+    EXPECT_EQ(FocusName(*w), QStringLiteral("txtTemp"));
+    EXPECT_NE(F<QPushButton>(*w, "GetWeather")->palette().color(QPalette::ButtonText),
+              QColor(Qt::red));
+    EXPECT_TRUE(w->WeatherFetched());
+
+    // A fetched reading counts as a change when the window closes.
+    w->SetDataChanged(false);
+    messages.shown.clear();
+    messages.answer(MsgAnswer::No);
+    EXPECT_TRUE(w->close());
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.last().title, QStringLiteral("Form Unload"));
+    TakeAlerts();
+}
+
+TEST_F(RunWindow, CarryForwardOnAndOff) {
+    logbook.db().Execute(QStringLiteral(
+        "UPDATE tblCars SET sCarNotes_tx = 'Car''s notes', sJet1_val = '72', sNitro_val = Null, "
+        "sTrans2_val = '1.76', sDelayBox_val = '.250', sThrottleStop1_val = '1.9', Custom3 = "
+        "'C3', sEngine_desc = 'BBC 540' WHERE lCar_id = 1"));
+    auto w = OpenNew();
+    EXPECT_EQ(F<QPlainTextEdit>(*w, "rtbRunNotes_tx")->toPlainText(),
+              QStringLiteral("Car's notes "));
+    EXPECT_EQ(F(*w, "txtJet(0)")->text(), QStringLiteral("72 "));
+    EXPECT_EQ(F(*w, "txtNitro")->text(), QStringLiteral(" "));
+    EXPECT_EQ(F(*w, "txtTrans(1)")->text(), QStringLiteral("1.76 "));
+    EXPECT_EQ(F(*w, "txtDelayBox")->text(), QStringLiteral(".250 "));
+    EXPECT_EQ(F(*w, "txtThrottleStop(0)")->text(), QStringLiteral("0"));  // never carried
+    EXPECT_EQ(F(*w, "txtCustom3")->text(), QStringLiteral("C3 "));
+    EXPECT_EQ(F(*w, "txtEngine_desc")->text(), QStringLiteral("BBC 540 "));
+    EXPECT_EQ(F(*w, "txtTemp")->text(), QStringLiteral("0"));
+    EXPECT_FALSE(w->DataChanged());
+    EXPECT_TRUE(w->close());  // a carried-forward run untouched asks nothing
+    EXPECT_TRUE(messages.shown.empty());
+
+    // Save and New: the next run's tabs start blank although the car has the values.
+    w = OpenNew();
+    Type(F(*w, "txtJet(1)"), QStringLiteral("74"));
+    Press(*w, "ID_SaveandNew");
+    TakeAlerts();
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT sJet2_val FROM tblCars")).toString(),
+              QStringLiteral("74"));
+    EXPECT_EQ(F(*w, "txtJet(0)")->text(), QString());
+    EXPECT_EQ(F(*w, "txtJet(1)")->text(), QString());
+    EXPECT_EQ(F<QPlainTextEdit>(*w, "rtbRunNotes_tx")->toPlainText(),
+              QStringLiteral("<Type notes here>"));
+    EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("2"));
+
+    // Off: the defaults, and saving gives the car those blanks all the same.
+    logbook.db().Execute(QStringLiteral("UPDATE tblCars SET lCarryForward_info = 0"));
+    auto off = OpenNew();
+    EXPECT_EQ(F(*off, "txtJet(0)")->text(), QString());
+    EXPECT_EQ(F(*off, "txtLaunchRPM")->text(), QStringLiteral("0"));
+    EXPECT_EQ(F<QPlainTextEdit>(*off, "rtbRunNotes_tx")->toPlainText(),
+              QStringLiteral("<Type notes here>"));
+    Type(F(*off, "txtRunNumber"), QStringLiteral("9"));
+    Press(*off, "ID_SaveandClose");
+    TakeAlerts();
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT sJet1_val FROM tblCars")).toString(), QString());
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT sCarNotes_tx FROM tblCars")).toString(),
+              QStringLiteral("<Type notes here>"));
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT sBaseJet FROM tblRuns WHERE lRun_num = 9")).toString(),
+              QString());
+
+    // A fuel-injected nitro car shows the Fuel Setup tab with the nitro box.
+    logbook.db().Execute(
+        QStringLiteral("UPDATE tblCars SET sCarCarb_typ = 'FI', sCarFuel_typ = 'NITRO'"));
+    auto fi = OpenNew();
+    auto* tabs = Child<QTabWidget>(*fi, "sstabSetup");
+    EXPECT_FALSE(tabs->isTabVisible(1));
+    EXPECT_TRUE(tabs->isTabVisible(2));
+    EXPECT_FALSE(F(*fi, "txtNitro")->isHidden());
+}
+
+TEST_F(RunWindow, TheCarFollowsOnlyTheNewestRunAndTheCountersOnlyNewRuns) {
+    run::RunValues v;
+    v.ids = {{QStringLiteral("lEvent_id"), qint64{1}},
+             {QStringLiteral("lCar_id"), qint64{1}},
+             {QStringLiteral("lOpponent_id"), qint64{1}},
+             {QStringLiteral("lRunType_id"), qint64{1}}};
+    v.texts = {{QStringLiteral("lRun_num"), QStringLiteral("1")},
+               {QStringLiteral("dtRun_dt"), QStringLiteral("06/01/2024")},
+               {QStringLiteral("dtRun_tm"), QStringLiteral("10:00 AM")}};
+    const qint64 older = run::SaveRun(logbook.db(), {v, 0, std::nullopt}).runId;
+    v.texts[QStringLiteral("dtRun_tm")] = QStringLiteral("11:00 AM");
+    const qint64 newer = run::SaveRun(logbook.db(), {v, 0, std::nullopt}).runId;
+    logbook.db().Execute(QStringLiteral("UPDATE tblCars SET sSlicks_val = 'car'"));
+    const double made = RunsMade(1);
+
+    auto w = OpenRun(older);
+    Type(F(*w, "txtSlicks"), QStringLiteral("older"));
+    Press(*w, "ID_Save");
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT sSlicks_val FROM tblCars")).toString(),
+              QStringLiteral("car"));
+    EXPECT_EQ(RunsMade(1), made);  // an edit counts nothing
+    EXPECT_EQ(TakeAlerts(), 0);
+    EXPECT_EQ(grid->puts.size(), 1);  // the edited row rewritten in the list
+    EXPECT_TRUE(grid->puts[0].startsWith(QString::number(older) + u'|'));
+
+    w = OpenRun(newer);
+    Type(F(*w, "txtSlicks"), QStringLiteral("newest"));
+    Press(*w, "ID_SaveandClose");
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT sSlicks_val FROM tblCars")).toString(),
+              QStringLiteral("newest"));
+
+    // The list shows another view now: it is left alone.
+    w = OpenRun(newer);
+    main.view = QStringLiteral("ID_Events");
+    Type(F(*w, "txtSlicks"), QStringLiteral("again"));
+    Press(*w, "ID_SaveandClose");
+    EXPECT_TRUE(grid->puts.isEmpty());
+    main.view = QStringLiteral("ID_Runs");
+
+    // The tune-up button saves a new run first and holds the maintenance alert until closing;
+    // the run is counted once.
+    w = OpenNew();
+    messages.shown.clear();
+    messages.answer(MsgAnswer::Ok);
+    F<QPushButton>(*w, "btnTuneUpSetup(0)")->click();
+    ASSERT_GE(messages.shown.size(), 2u);
+    EXPECT_EQ(messages.shown[0].title, QStringLiteral("Loading Tune-Up Setup Window"));
+    EXPECT_EQ(messages.shown[0].text, QStringLiteral("The Run information you've entered so far "
+                                                     "must be saved before continuing.  Save it "
+                                                     "now?"));
+    EXPECT_EQ(messages.last().text, QStringLiteral("The tune-up window is not available yet."));
+    EXPECT_FALSE(w->RecordAdd());
+    EXPECT_TRUE(w->MaintenanceAlertPending());
+    EXPECT_EQ(TakeAlerts(), 0);
+    EXPECT_EQ(RunsMade(1), made + 1);
+    qint64 opened = -1;
+    w->SetTuneUpOpener([&](qint64 id) { opened = id; });
+    F<QPushButton>(*w, "btnTuneUpSetup(1)")->click();  // a saved run asks nothing
+    EXPECT_EQ(opened, LastRunId());
+    EXPECT_TRUE(w->close());
+    EXPECT_EQ(TakeAlerts(), 1);
+    EXPECT_EQ(RunsMade(1), made + 1);
+    EXPECT_FALSE(w->MaintenanceAlertPending());
+
+    // Cancel at the question saves nothing.
+    w = OpenNew();
+    const int runs = Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")).toInt();
+    messages.answer(MsgAnswer::Cancel);
+    F<QPushButton>(*w, "btnTuneUpSetup(0)")->click();
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")).toInt(), runs);
+    EXPECT_TRUE(w->RecordAdd());
+}
+
+TEST_F(RunWindow, NumbersOpponentsNamesAndShowingAStoredRow) {
+    logbook.db().Execute(
+        QStringLiteral("INSERT INTO tblEvents (lEvent_id, sEvent_nm) VALUES (2, 'Summer Nats')"));
+    auto w = OpenNew(0);
+    EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("1"));
+    Pick(F<QComboBox>(*w, "cboEvents"), "Summer Nats");
+    // A typed opponent is offered for adding, in name case.
+    auto* opponents = F<QComboBox>(*w, "cboOpponents");
+    opponents->setEditText(QStringLiteral("jim o'neil"));
+    messages.answer(MsgAnswer::Yes);
+    Leave(opponents);
+    EXPECT_EQ(messages.last().text, QStringLiteral("Add Jim O'Neil"));
+    EXPECT_EQ(opponents->currentText(), QStringLiteral("Jim O'Neil"));
+    const qint64 jim = Scalar(QStringLiteral("SELECT lOpponent_id FROM tblOpponent WHERE "
+                                             "sOpponent_nm = 'Jim O''Neil'"))
+                           .toLongLong();
+    EXPECT_GT(jim, 0);
+    // The custom names, opened for editing, are saved with the run.
+    F<QPushButton>(*w, "cmdEditCustomFieldNames")->click();
+    EXPECT_FALSE(F(*w, "txtCustomName1")->isHidden());
+    EXPECT_TRUE(F<QLabel>(*w, "CustomCaption1")->isHidden());
+    Type(F(*w, "txtCustomName2"), QStringLiteral("Tire's \"Brand\""));
+    Press(*w, "ID_SaveandNew");
+    TakeAlerts();
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT sColumnHeader FROM tblListViewColumns WHERE "
+                                    "sFieldName = 'Custom2'"))
+                  .toString(),
+              QStringLiteral("Tire's \"Brand\""));
+    EXPECT_TRUE(main.calls.contains(QStringLiteral("ViewsLoad")));
+    EXPECT_EQ(F<QLabel>(*w, "CustomCaption2")->text(), QStringLiteral("Tire's \"Brand\""));
+    const qint64 first = LastRunId();
+    EXPECT_EQ(RunRow(first).value("lEvent_id").toLongLong(), 2);
+    EXPECT_EQ(RunRow(first).value("lOpponent_id").toLongLong(), jim);
+    // Numbers run per event and car.
+    EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("1"));  // the main window's event 0
+    Pick(F<QComboBox>(*w, "cboEvents"), "Summer Nats");
+    EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("2"));
+    Pick(F<QComboBox>(*w, "cboEvents"), "Test and Tune Day");
+    EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("1"));
+    Type(F(*w, "txtRunNumber"), QStringLiteral("-"));
+    EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("1"));
+    // A typed opponent declined stays typed, and the save refuses it.
+    opponents->setEditText(QStringLiteral("Nobody"));
+    messages.answer(MsgAnswer::No);
+    messages.shown.clear();
+    Press(*w, "ID_Save");
+    EXPECT_EQ(Shown(), (QStringList{QStringLiteral("Add Nobody"),
+                                    QStringLiteral("Opponent Must Be Selected")}));
+
+    // A stored row with Nulls and an odd lane opens.
+    logbook.db().Execute(QStringLiteral(
+        "INSERT INTO tblRuns (lRun_id, lEvent_id, lCar_id, lRun_num, sLane_nm) VALUES (50, 1, "
+        "1, 4, 'X')"));
+    auto shown = OpenRun(50);
+    EXPECT_FALSE(Shown().contains(QStringLiteral("False")));
+    EXPECT_EQ(F(*shown, "txtExhaustTemp")->text(), QString());
+    EXPECT_EQ(F(*shown, "txtTemp")->text(), QStringLiteral(" "));
+    EXPECT_EQ(F(*shown, "mebRun_dt")->displayText(), QStringLiteral("__/__/____"));
+    EXPECT_FALSE(F<QRadioButton>(*shown, "ssoptLeft")->isChecked());
+    EXPECT_FALSE(F<QRadioButton>(*shown, "ssoptRight")->isChecked());
+    EXPECT_EQ(F<QPlainTextEdit>(*shown, "rtbRunNotes_tx")->toPlainText(),
+              QStringLiteral("<Type notes here>"));
+    EXPECT_EQ(F<QComboBox>(*shown, "cboOpponents")->currentIndex(), -1);
+    EXPECT_EQ(F(*shown, "txtRunNumber")->text(), QStringLiteral("4"));
+    EXPECT_EQ(F<QLabel>(*shown, "CustomCaption2")->text(), QStringLiteral("Tire's \"Brand\""));
+    // Through a filter: its statement narrowed to the run.
+    main.filterActive = true;
+    main.filterSql = QStringLiteral("SELECT * from tblRuns WHERE lRun_num >= 4 AND lCar_id = 1");
+    EXPECT_EQ(F(*OpenRun(50), "txtRunNumber")->text(), QStringLiteral("4"));
+    messages.shown.clear();
+    auto missing = OpenRun(first);  // run number 1: outside the filter
+    EXPECT_EQ(Shown(), QStringList{QStringLiteral("False")});
+    EXPECT_FALSE(missing->tool(QStringLiteral("ID_Delete"))->isEnabled());
+}
+
+TEST_F(RunWindow, DeleteFromTheRunWindow) {
+    logbook.db().Execute(QStringLiteral(
+        "INSERT INTO tblRuns (lRun_id, lEvent_id, lCar_id, lRun_num, dtRun_dt) VALUES (60, 1, 1, "
+        "1, #07/04/2024#)"));
+    auto w = OpenRun(60);
+    w->setWindowTitle(QStringLiteral("07/04/2024 - Run "));
+    messages.answer(MsgAnswer::No);
+    Press(*w, "ID_Delete");
+    EXPECT_EQ(messages.last().text,
+              QStringLiteral("Delete The 07/04/2024 - Run  Record For (07/04/2024)"));
+    EXPECT_EQ(messages.last().title, QStringLiteral("Delete"));
+    EXPECT_EQ(messages.last().buttons, MsgButtons::YesNo);
+    EXPECT_EQ(messages.last().defaultAnswer, MsgAnswer::No);
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")).toInt(), 1);
+    messages.answer(MsgAnswer::Yes);
+    Press(*w, "ID_Delete");
+    EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")).toInt(), 0);
+    EXPECT_EQ(grid->removed, QStringList{QStringLiteral("60")});
+    EXPECT_EQ(main.lockCount, 0);  // closed and the list freed
+}
+
+TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
+    GuiApp();
+    TempLogbook logbook;
+    ScriptedMessages messages;
+    shell::frmMain main(logbook.db(), messages, QString(), QStringLiteral("/nonexistent"));
+    main.RegisterWindow(QStringLiteral("ID_Runs"), run::OpenRunWindow);
+    main.RegisterDelete(QStringLiteral("ID_Runs"),
+                        [&main](const QString& key) { run::DeleteRunFromList(main, key); });
+    main.FormLoadStuff();
+    ASSERT_EQ(main.grid().RowCount(), 0);
+
+    main.ToolClick(QStringLiteral("ID_New"));
+    auto* w = qobject_cast<frmRun*>(main.OpenWindow(QStringLiteral("ID_Runs")));
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(w->windowTitle(), QStringLiteral("New - Run "));
+    EXPECT_EQ(main.lockCount(), 1);
+    EXPECT_FALSE(main.gridView()->isEnabled());
+    // All events listed: the run's event is the user's pick.
+    auto* events = qobject_cast<QComboBox*>(w->Control(QStringLiteral("cboEvents")));
+    events->setCurrentIndex(events->findText(QStringLiteral("Test and Tune Day")));
+    auto* dial = qobject_cast<QLineEdit*>(w->Control(QStringLiteral("txtDialIn")));
+    dial->selectAll();
+    QTest::keyClicks(dial, QStringLiteral("11.25"));
+    w->tool(QStringLiteral("ID_SaveandClose"))->trigger();
+    QApplication::processEvents();
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (qobject_cast<garage::frmMaintenance*>(top) != nullptr) {
+            top->close();
+        }
+    }
+    EXPECT_EQ(main.lockCount(), 0);
+    ASSERT_EQ(main.grid().RowCount(), 1);
+    EXPECT_EQ(main.SelectedRow(), 0);
+    const QString key = main.SelectedKeyText();
+    EXPECT_EQ(main.grid().Cell(0, main.grid().ColumnIndex(u"iDialIn_val")),
+              QStringLiteral("11.250"));
+    EXPECT_EQ(main.grid().Cell(0, main.grid().ColumnIndex(u"dtRun_dt")),
+              QDate::currentDate().toString(QStringLiteral("MM/dd/yyyy")));
+    EXPECT_EQ(main.statusMessage(), QStringLiteral("1 Record(s)"));
+
+    // Opened on the row, shown with the row's caption.
+    main.ToolClick(QStringLiteral("ID_Open"));
+    w = qobject_cast<frmRun*>(main.OpenWindow(QStringLiteral("ID_Runs")));
+    ASSERT_NE(w, nullptr);
+    EXPECT_EQ(qobject_cast<QLineEdit*>(w->Control(QStringLiteral("txtDialIn")))->text(),
+              QStringLiteral("11.25 "));
+    w->close();
+    QApplication::processEvents();
+
+    // Deleted from the list: the question names the run, and the row goes.
+    messages.answer(MsgAnswer::Yes);
+    main.ToolClick(QStringLiteral("ID_Delete"));
+    EXPECT_EQ(messages.last().text,
+              QStringLiteral("Delete The Run Record For (") +
+                  QDate::currentDate().toString(QStringLiteral("MM/dd/yyyy")) + u')');
+    EXPECT_EQ(main.grid().RowCount(), 0);
+    store::Query left =
+        logbook.db().OpenQuery(QStringLiteral("SELECT * FROM tblRuns WHERE lRun_id = ") + key);
+    EXPECT_FALSE(left.Next());
+    EXPECT_EQ(main.lockCount(), 0);
+    EXPECT_TRUE(main.gridView()->isEnabled());
+}
+
+TEST_F(RunWindow, Screenshot) {
+    auto w = OpenNew();
+    Type(F(*w, "txtTemp"), QStringLiteral("75"));
+    Type(F(*w, "txtHumidity"), QStringLiteral("50"));
+    Type(F(*w, "txtBarometricPressure"), QStringLiteral("29.92"));
+    ShowActive(*w);
+    Grab(*w, QStringLiteral("frmRun-notes"));
+    Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(1);
+    Grab(*w, QStringLiteral("frmRun-carb"));
+    Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(7);
+    Grab(*w, QStringLiteral("frmRun-custom"));
+}
