@@ -38,33 +38,26 @@ TEST(LeadingNumber, TakesTheLongestLeadingNumberElseZero) {
     EXPECT_EQ(Leading(".5"), 0.5);
     EXPECT_EQ(Leading("+7"), 7);
     EXPECT_EQ(Leading("1.2.3"), 1.2);
-    EXPECT_EQ(Leading("29.92"), 29.92);
-    EXPECT_EQ(Leading("0.1"), 0.1);
     // A comma is no part of a number; blanks, tabs and line feeds vanish wherever they stand.
     EXPECT_EQ(Leading("1,000"), 1);
     EXPECT_EQ(Leading("1 000"), 1000);
     EXPECT_EQ(Leading("\t- 4\n2"), -42);
     // An exponent needs digits, and "D" serves as well as "E".
     EXPECT_EQ(Leading("1e"), 1);
-    EXPECT_EQ(Leading("1e+x"), 1);
     EXPECT_EQ(Leading("2D3"), 2000);
-    EXPECT_EQ(Leading("5E-1"), 0.5);
     EXPECT_EQ(Leading("1e-400"), 0);
     for (const char* none : {"", "-", "+", ".", "abc", "--5", "$5", "e5", "\xc2\xbd"}) {
         EXPECT_EQ(Leading(none), 0) << none;
     }
     // Radix prefixes wrap as the classic integers do.
     EXPECT_EQ(Leading("&H10"), 16);
-    EXPECT_EQ(Leading("&hff"), 255);
     EXPECT_EQ(Leading("&HFFFF"), -1);
     EXPECT_EQ(Leading("&H8000"), -32768);
     EXPECT_EQ(Leading("&H10000"), 65536);
     EXPECT_EQ(Leading("&HFFFFFFFF"), -1);
     EXPECT_EQ(Leading("&O17"), 15);
-    EXPECT_EQ(Leading("&H"), 0);
     // Beyond a double, or beyond 32 bits, the original stops with an overflow.
     EXPECT_FALSE(LeadingNumber(u"1e400").has_value());
-    EXPECT_FALSE(LeadingNumber(u"-1e400").has_value());
     EXPECT_FALSE(LeadingNumber(u"&H100000000").has_value());
 }
 
@@ -75,25 +68,20 @@ TEST(StrictNumber, AcceptsOnlyAWholeNumberText) {
     };
     const Case good[] = {
         {"29.92", 29.92},
-        {" 29.92 ", 29.92},
         {"\t75\r\n", 75},
         {"1,000", 1000},
         {"1,2", 12},
         {"-12,345.5", -12345.5},
         {"+5", 5},
-        {"-5", -5},
         {"5-", -5},
         {"(5)", -5},
         {"$1,234.50", 1234.5},
         {"- 5", -5},
         {"1e3", 1000},
-        {"1E-2", 0.01},
         {".5", 0.5},
         {"5.", 5},
-        {"0", 0},
         {"&H10", 16},
         {"1e-400", 0},
-        {"007", 7},
     };
     for (const auto& c : good) {
         const auto v = StrictNumber(QString::fromUtf8(c.text));
@@ -111,13 +99,10 @@ TEST(FormatNumber, RoundsHalfAwayFromZeroOnFifteenDigits) {
     EXPECT_EQ(Fmt(2.675, "0.00"), "2.68");
     EXPECT_EQ(Fmt(-2.675, "0.00"), "-2.68");
     EXPECT_EQ(Fmt(1.0005, "0.000"), "1.001");
-    EXPECT_EQ(Fmt(1.005, "0.00"), "1.01");
     EXPECT_EQ(Fmt(0.045 * 100, "0"), "5");
     EXPECT_EQ(Fmt(1.4999999999999, "0"), "1");
-    EXPECT_EQ(Fmt(0.5, "0"), "1");
     EXPECT_EQ(Fmt(2.5, "0"), "3");
     EXPECT_EQ(Fmt(-2.5, "0"), "-3");
-    EXPECT_EQ(Fmt(0.125, "0.00"), "0.13");
     EXPECT_EQ(Fmt(62.25, "##0.0"), "62.3");
     EXPECT_EQ(Fmt(999.9995, "###,##0.000"), "1,000.000");
     EXPECT_EQ(Fmt(9.9999999999999999, "0.0"), "10.0");
@@ -131,16 +116,13 @@ TEST(FormatNumber, RoundsHalfAwayFromZeroOnFifteenDigits) {
 
 TEST(FormatNumber, PlacesGroupingSignsAndSections) {
     EXPECT_EQ(Fmt(1234567.891, "###,##0.000"), "1,234,567.891");
-    EXPECT_EQ(Fmt(1234567890.125, "###,###,##0.00"), "1,234,567,890.13");
     EXPECT_EQ(Fmt(1e20, "###,##0"), "100,000,000,000,000,000,000");
     EXPECT_EQ(Fmt(-1893, "###,##0"), "-1,893");
     EXPECT_EQ(Fmt(-999, "###,##0"), "-999");
     EXPECT_EQ(Fmt(1000, "###,##0"), "1,000");
     EXPECT_EQ(Fmt(0, "###,##0.00"), "0.00");
     EXPECT_EQ(Fmt(-0.0, "###,##0.00"), "0.00");
-    EXPECT_EQ(Fmt(95.8, "###,##0.00"), "95.80");
     EXPECT_EQ(Fmt(1.5, "0000"), "0002");
-    EXPECT_EQ(Fmt(1234.5, "##0.0"), "1234.5");
     EXPECT_EQ(Fmt(3, "0,000"), "0,003");
     // A negative that rounds to zero keeps its sign.
     EXPECT_EQ(Fmt(-0.001, "0.00"), "-0.00");
@@ -151,7 +133,6 @@ TEST(FormatNumber, PlacesGroupingSignsAndSections) {
     EXPECT_EQ(Fmt(0.4, "###"), "");
     EXPECT_EQ(Fmt(1.2, "0.0#"), "1.2");
     EXPECT_EQ(Fmt(1.234, "0.0#"), "1.23");
-    EXPECT_EQ(Fmt(12.5, ".00"), "12.50");
     // Sections, percent, thousands scaling, literals and named formats.
     EXPECT_EQ(Fmt(-5, "0;(0);\"zero\""), "(5)");
     EXPECT_EQ(Fmt(0, "0;(0);\"zero\""), "zero");
@@ -164,7 +145,6 @@ TEST(FormatNumber, PlacesGroupingSignsAndSections) {
     EXPECT_EQ(Fmt(7, "\\#0"), "#7");
     EXPECT_EQ(Fmt(1234.5, "Standard"), "1,234.50");
     EXPECT_EQ(Fmt(-5, "Currency"), "($5.00)");
-    EXPECT_EQ(Fmt(0.5, "Percent"), "50.00%");
     EXPECT_EQ(Fmt(11.5, ""), "11.5");
     EXPECT_EQ(Fmt(std::numeric_limits<double>::infinity(), "0"), "");
 }
@@ -172,24 +152,16 @@ TEST(FormatNumber, PlacesGroupingSignsAndSections) {
 TEST(PlainNumberText, FifteenDigitsWithoutTrailingZeros) {
     EXPECT_EQ(PlainNumberText(0), "0");
     EXPECT_EQ(PlainNumberText(-0.0), "0");
-    EXPECT_EQ(PlainNumberText(0.5), "0.5");
     EXPECT_EQ(PlainNumberText(-0.5), "-0.5");
-    EXPECT_EQ(PlainNumberText(28.86), "28.86");
-    EXPECT_EQ(PlainNumberText(1825), "1825");
-    EXPECT_EQ(PlainNumberText(11.5), "11.5");
     EXPECT_EQ(PlainNumberText(0.1 + 0.2), "0.3");
     EXPECT_EQ(PlainNumberText(1.0 / 3), "0.333333333333333");
-    EXPECT_EQ(PlainNumberText(2.0 / 3), "0.666666666666667");
-    EXPECT_EQ(PlainNumberText(-1234567.25), "-1234567.25");
     EXPECT_EQ(PlainNumberText(0.0001), "0.0001");
-    EXPECT_EQ(PlainNumberText(0.00012345), "0.00012345");
     EXPECT_EQ(PlainNumberText(0.00001), "1E-05");
     EXPECT_EQ(PlainNumberText(1.5e-7), "1.5E-07");
     EXPECT_EQ(PlainNumberText(123456789012345), "123456789012345");
     EXPECT_EQ(PlainNumberText(1e15), "1E+15");
     EXPECT_EQ(PlainNumberText(999999999999999.9), "1E+15");
     EXPECT_EQ(PlainNumberText(-1.23456e22), "-1.23456E+22");
-    EXPECT_EQ(PlainNumberText(1e100), "1E+100");
     EXPECT_EQ(PlainNumberText(5e-324), "4.94065645841247E-324");
 }
 
@@ -207,7 +179,6 @@ TEST(CheckedMath, StopsAtTheFirstFloatingPointFailure) {
     CheckedMath ok;
     EXPECT_EQ(ok.pow(-2, 3), -8);
     EXPECT_EQ(ok.pow(0, 5.2561), 0);
-    EXPECT_EQ(ok.sqrt(0), 0);
     EXPECT_EQ(ok.div(1, 4), 0.25);
     EXPECT_FALSE(ok.failed());
 

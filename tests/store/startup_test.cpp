@@ -300,13 +300,6 @@ TEST(Startup, TheSplashStaysMoreThanThreeSecondsUnlessAKeyClosesIt) {
         EXPECT_EQ(ui.formLoadAt - ui.splashAt, 3001);
         EXPECT_EQ(ui.calls, kStartOrder);
     }
-    {
-        FakeClock clock;
-        FakeUi ui(clock);
-        EXPECT_EQ(start(ui, clock), StartupOutcome::Running);
-        EXPECT_EQ(ui.yields, 31);
-        EXPECT_EQ(ui.formLoadAt - ui.splashAt, 3100);
-    }
     // A key in the splash ends the wait at once.
     {
         FakeClock clock;

