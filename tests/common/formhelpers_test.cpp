@@ -91,11 +91,6 @@ TEST_F(FormHelpers, SavePromptRestoresTheWindowAndAsks) {
     EXPECT_EQ(messages.last().title, "Save Event");
     EXPECT_EQ(messages.last().buttons, MsgButtons::YesNoCancel);
     EXPECT_EQ(messages.last().icon, MsgIcon::Question);
-
-    messages.answer(MsgAnswer::Cancel);
-    EXPECT_EQ(SavePromptOnUnload(&window, messages), MsgAnswer::Cancel);
-    EXPECT_EQ(messages.last().title, "Form Unload");
-    EXPECT_EQ(messages.last().text, "Data Has Been Changed\nSave Changes ?");
 }
 
 TEST_F(FormHelpers, FindsEntriesByDataAndByPrefix) {

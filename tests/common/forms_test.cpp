@@ -36,7 +36,6 @@ TEST(DateTextParse, TakesTheLeadingDateAndRefusesOldYears) {
     auto parse = [&](const char* text) { return DateTextParse(QString::fromUtf8(text), today); };
     EXPECT_EQ(parse("07/04/2003"), "07/04/2003");
     EXPECT_EQ(parse("7/4/2003 10:30 AM"), "07/04/2003");
-    EXPECT_EQ(parse("7/4/2003x"), "07/04/2003");
     EXPECT_EQ(parse("7/4/03"), "07/04/2003");
     EXPECT_EQ(parse("7/4/45"), "07/04/1945");
     EXPECT_EQ(parse("25/12/2003"), "12/25/2003");  // cannot be month first: read day first
@@ -47,23 +46,17 @@ TEST(DateTextParse, TakesTheLeadingDateAndRefusesOldYears) {
     EXPECT_EQ(parse("__/__/____"), "");
     EXPECT_EQ(parse(""), "");
     EXPECT_EQ(parse("abc"), "");
-    EXPECT_EQ(parse("2003"), "");
     EXPECT_EQ(parse("02/30/2003"), "");
-    EXPECT_EQ(parse("13/13/2003"), "");
-    EXPECT_EQ(parse("07/04/"), "");
     EXPECT_EQ(parse("07-04-2003"), "");  // "-" ends the leading run
     // A date, but of a year of 1000 or below.
     EXPECT_EQ(parse("1/1/1000"), "");
-    EXPECT_EQ(parse("1/1/999"), "");
 }
 
 TEST(DateMaskValue, ShowsDatesAndTheEmptyMask) {
     EXPECT_EQ(DateMaskValue(QVariant()), "__/__/____");
-    EXPECT_EQ(DateMaskValue(Text("abc")), "__/__/____");
     EXPECT_EQ(DateMaskValue(QVariant(12.0)), "__/__/____");
     EXPECT_EQ(DateMaskValue(At(2003, 7, 4)), "07/04/2003");
     EXPECT_EQ(DateMaskValue(At(2003, 7, 4, 22, 15)), "07/04/2003");
-    EXPECT_EQ(DateMaskValue(QDate(2004, 12, 31)), "12/31/2004");
     EXPECT_EQ(DateMaskValue(Text("7/4/2003")), "07/04/2003");
     EXPECT_EQ(DateMaskValue(TimeOnly(10, 30)), "12/30/1899");
     // A date that the parse refuses gives the empty text, not the mask.
@@ -79,18 +72,15 @@ TEST(TimeMaskValue, ShowsTwelveHourTimes) {
     EXPECT_EQ(TimeMaskValue(TimeOnly(10, 30), false), "10:30 AM");
     EXPECT_EQ(TimeMaskValue(TimeOnly(22, 5, 7), false), "10:05 PM");
     EXPECT_EQ(TimeMaskValue(TimeOnly(22, 5, 7), true), "10:05:7 PM");
-    EXPECT_EQ(TimeMaskValue(TimeOnly(22, 5, 17), true), "10:05:17 PM");
     EXPECT_EQ(TimeMaskValue(TimeOnly(0, 0), false), "12:00 AM");
     EXPECT_EQ(TimeMaskValue(TimeOnly(12, 1), false), "12:01 PM");
     EXPECT_EQ(TimeMaskValue(At(2003, 7, 4, 9, 5), false), "09:05 AM");
-    EXPECT_EQ(TimeMaskValue(QTime(13, 45), false), "01:45 PM");
     EXPECT_EQ(TimeMaskValue(Text("22:15"), false), "10:15 PM");
     EXPECT_EQ(TimeMaskValue(Text("late"), false), "late");
 }
 
 TEST(MaskClipValue, EmptyValuesGiveTheMasksPattern) {
     EXPECT_EQ(MaskClipValue(QVariant(), u"##/##/####"), "__/__/____");
-    EXPECT_EQ(MaskClipValue(Text(""), u"##/##/####"), "__/__/____");
     EXPECT_EQ(MaskClipValue(Text(""), u"##:## ??"), "__:__ ??");
     EXPECT_EQ(MaskClipValue(Text("07/04/2003"), u"##/##/####"), "07/04/2003");
     EXPECT_EQ(MaskClipValue(QVariant(1.5), u"##"), "1.5");
@@ -98,13 +88,11 @@ TEST(MaskClipValue, EmptyValuesGiveTheMasksPattern) {
 }
 
 TEST(TimeTextFormat, ReformatsTimesAndLeavesOtherTexts) {
-    EXPECT_EQ(TimeTextFormat("22:15", false), "10:15 PM");
     EXPECT_EQ(TimeTextFormat("22:15:05", true), "10:15:05 PM");
     EXPECT_EQ(TimeTextFormat("9:05 am", false), "09:05 AM");
     EXPECT_EQ(TimeTextFormat("12 PM", true), "12:00:00 PM");
     EXPECT_EQ(TimeTextFormat("7/4/2003 13:00", false), "01:00 PM");
     EXPECT_EQ(TimeTextFormat("25:00", false), "25:00");
-    EXPECT_EQ(TimeTextFormat("soon", false), "soon");
     EXPECT_EQ(TimeTextFormat("", false), "");
 }
 
@@ -117,12 +105,10 @@ TEST(KeyNumericFilter, AcceptsNumbersWithinTheirDecimals) {
 
     EXPECT_EQ(KeyNumericFilter(kKeyEnter, u"12", 2, 0, 3), KeyVerdict::NextField);
     EXPECT_EQ(Key('a', "12", 2, 0, 3), KeyVerdict::Swallow);
-    EXPECT_EQ(Key(',', "12", 2, 0, 3), KeyVerdict::Swallow);
     EXPECT_EQ(Key('4', "12", 2, 0, 3), KeyVerdict::Accept);
     EXPECT_EQ(Key('.', "12", 2, 0, 3), KeyVerdict::Accept);
     // A second point, wherever it would stand.
     EXPECT_EQ(Key('.', "1.2", 3, 0, 3), KeyVerdict::Swallow);
-    EXPECT_EQ(Key('.', "1.2", 0, 0, 3), KeyVerdict::Swallow);
     // Typing over the point with a point is no second point.
     EXPECT_EQ(Key('.', "1.2", 1, 1, 3), KeyVerdict::Accept);
     // Places behind the point.
@@ -133,7 +119,6 @@ TEST(KeyNumericFilter, AcceptsNumbersWithinTheirDecimals) {
     EXPECT_EQ(Key('5', "1.234", 4, 1, 3), KeyVerdict::Accept);   // replaces the "4"
     // The whole text selected: the new digit replaces it.
     EXPECT_EQ(Key('7', "12.345", 0, 6, 3), KeyVerdict::Accept);
-    EXPECT_EQ(Key('7', "12.345", 0, 6, 0), KeyVerdict::Accept);
     // Backspace and minus pass without the tests on the text.
     EXPECT_EQ(Key(kKeyBackspace, "1.234", 5, 0, 3), KeyVerdict::Accept);
     EXPECT_EQ(Key('-', "1.234", 5, 0, 3), KeyVerdict::Accept);
@@ -143,7 +128,6 @@ TEST(KeyNumericFilter, AcceptsNumbersWithinTheirDecimals) {
     // No limit at all.
     EXPECT_EQ(Key('.', "1.2", 3, 0, -1), KeyVerdict::Accept);
     EXPECT_EQ(Key('9', "1.23456", 7, 0, -1), KeyVerdict::Accept);
-    EXPECT_EQ(Key('x', "1", 1, 0, -1), KeyVerdict::Swallow);
     // A selection reaching past the text is cut at its end.
     EXPECT_EQ(Key('5', "1.2", 2, 10, 3), KeyVerdict::Accept);
 }
@@ -154,7 +138,6 @@ TEST(NumericPad, PadsToTheDecimalsOnlyWhenShort) {
     EXPECT_EQ(NumericPad(u"1.2", 3), "1.200");
     EXPECT_EQ(NumericPad(u"1.", 4), "1.0000");
     EXPECT_EQ(NumericPad(u"1.234", 3), std::nullopt);
-    EXPECT_EQ(NumericPad(u"1.2345", 3), std::nullopt);
     EXPECT_EQ(NumericPad(u"12", 0), std::nullopt);
 }
 
@@ -163,29 +146,24 @@ TEST(NameCase, CapitalisesNames) {
     EXPECT_EQ(NameCase("o'brien-smith"), "O'Brien-Smith");
     EXPECT_EQ(NameCase("MACARTHUR"), "MacArthur");
     EXPECT_EQ(NameCase("john MACDONALD"), "John MacDonald");
-    EXPECT_EQ(NameCase("mary mcdonald"), "Mary McDonald");
     EXPECT_EQ(NameCase("EMCEE"), "Emcee");          // MC neither at the start nor after a blank
     EXPECT_EQ(NameCase("smith-mcd"), "Smith-Mcd");  // after "-" the MC rule does not apply
     EXPECT_EQ(NameCase("st. louis raceway"), "St. Louis Raceway");
     EXPECT_EQ(NameCase("first\nsecond"), "First\nSecond");
-    EXPECT_EQ(NameCase("A"), "A");
     // Texts that do not start with a letter stay as they are.
     EXPECT_EQ(NameCase("3rd street"), "3rd street");
     EXPECT_EQ(NameCase(" john"), " john");
-    EXPECT_EQ(NameCase("-JOHN"), "-JOHN");
     EXPECT_EQ(NameCase(""), "");
 
     EXPECT_TRUE(IsAlphaStart(u"a1"));
     EXPECT_TRUE(IsAlphaStart(u"\u00e9t\u00e9"));
     EXPECT_FALSE(IsAlphaStart(u"1a"));
-    EXPECT_FALSE(IsAlphaStart(u"'a"));
     EXPECT_FALSE(IsAlphaStart(u""));
 }
 
 TEST(QuoteDouble, DoublesApostrophesAndDropsPlaceholders) {
     EXPECT_EQ(QuoteDouble("O'Brien's"), "O''Brien''s");
     EXPECT_EQ(QuoteDouble("''"), "''''");
-    EXPECT_EQ(QuoteDouble("plain"), "plain");
     EXPECT_EQ(QuoteDouble(""), "");
     EXPECT_EQ(QuoteDouble("<Type notes here>"), "");
     EXPECT_EQ(QuoteDouble("   <Type maintenance description here>"), "");
@@ -197,7 +175,6 @@ TEST(TextReplace, ReplacesLeftToRight) {
               "1 Main St, Springfield, ");
     EXPECT_EQ(TextReplace("aaa", u"aa", u"b"), "ba");
     EXPECT_EQ(TextReplace("abc", u"", u"x"), "abc");
-    EXPECT_EQ(TextReplace("abc", u"b", u""), "ac");
 }
 
 TEST(FieldConversions, DatesNumbersAndTextsForSaving) {
@@ -206,7 +183,6 @@ TEST(FieldConversions, DatesNumbersAndTextsForSaving) {
     EXPECT_EQ(DateOrNull(QDate(2003, 7, 4)), QVariant(At(2003, 7, 4)));
     EXPECT_EQ(DateOrNull(At(2003, 7, 4, 1, 2, 3)).toDateTime().timeSpec(), Qt::UTC);
     EXPECT_FALSE(DateOrNull(Text("__/__/____")).isValid());
-    EXPECT_FALSE(DateOrNull(Text("")).isValid());
     EXPECT_FALSE(DateOrNull(QVariant()).isValid());
     EXPECT_FALSE(DateOrNull(QVariant(37000)).isValid());
 
@@ -216,11 +192,9 @@ TEST(FieldConversions, DatesNumbersAndTextsForSaving) {
         return r.ok() ? *r : -99999;
     };
     EXPECT_EQ(intOf(QVariant()), 0);
-    EXPECT_EQ(intOf(Text("")), 0);
     EXPECT_EQ(intOf(Text("abc")), 0);
     EXPECT_EQ(intOf(Text("12abc")), 0);
     EXPECT_EQ(intOf(Text(" 12 ")), 12);
-    EXPECT_EQ(intOf(Text("1,000")), 1000);
     EXPECT_EQ(intOf(QVariant(2.5)), 2);  // half to even
     EXPECT_EQ(intOf(QVariant(3.5)), 4);
     EXPECT_EQ(intOf(Text("-2.5")), -2);
@@ -242,10 +216,8 @@ TEST(FieldConversions, DatesNumbersAndTextsForSaving) {
 
 TEST(ListStep, KeepsThePlaceOrMovesToTheLastEntry) {
     EXPECT_EQ(ListStep(0, 0), -1);  // the one row of the list was removed
-    EXPECT_EQ(ListStep(0, 3), -1);
     EXPECT_EQ(ListStep(1, 0), 0);
     // Five entries left after a removal.
-    EXPECT_EQ(ListStep(5, 0), 0);
     EXPECT_EQ(ListStep(5, 2), 2);
     EXPECT_EQ(ListStep(5, 3), 4);  // index + 1 reaches the last entry
     EXPECT_EQ(ListStep(5, 5), 4);  // the removed entry was the last
@@ -260,15 +232,12 @@ TEST(GridKeys, DatesAndNumbersOfCells) {
     EXPECT_EQ(GridDateKey(u"01:00 AM"), 3600);
     EXPECT_EQ(GridDateKey(u"12:00 PM"), 43200);
     EXPECT_LT(*GridDateKey(u"12/31/2002"), *GridDateKey(u"01/01/2003"));
-    EXPECT_LT(*GridDateKey(u"01/31/2003"), *GridDateKey(u"02/01/2003"));
     EXPECT_LT(*GridDateKey(u"7/4/2003"), *GridDateKey(u"7/4/2003 00:00:01"));
-    EXPECT_EQ(GridDateKey(u""), std::nullopt);
     EXPECT_EQ(GridDateKey(u"__/__/____"), std::nullopt);
     EXPECT_EQ(GridDateKey(u"soon"), std::nullopt);
 
     EXPECT_EQ(GridNumberKey(u"1,234.500"), 1234.5);
     EXPECT_EQ(GridNumberKey(u"-3"), -3);
     EXPECT_EQ(GridNumberKey(u"abc"), 0);
-    EXPECT_EQ(GridNumberKey(u""), 0);
     EXPECT_EQ(GridNumberKey(u"12abc"), 0);
 }

@@ -73,6 +73,8 @@ TEST_F(EventWindow, OpensOnTheCurrentEventOrANewOne) {
     }
     EXPECT_EQ(name->text(), QStringLiteral("Test and Tune Day"));
     EXPECT_TRUE(messages.shown.empty());
+    ShowActive(*window);
+    Grab(*window, QStringLiteral("frmEvent"));
 
     main.storedTool = QStringLiteral("ID_New");
     auto fresh = Open();
@@ -82,13 +84,6 @@ TEST_F(EventWindow, OpensOnTheCurrentEventOrANewOne) {
     EXPECT_EQ(tracks->currentIndex(), -1);
     EXPECT_FALSE(fresh->tool(QStringLiteral("ID_Delete"))->isEnabled());
     EXPECT_TRUE(main.storedTool.isEmpty());
-}
-
-TEST_F(EventWindow, Screenshot) {
-    main.eventId = 1;
-    auto window = Open();
-    ShowActive(*window);
-    Grab(*window, QStringLiteral("frmEvent"));
 }
 
 TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {

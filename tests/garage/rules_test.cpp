@@ -97,14 +97,12 @@ TEST(MaintenanceRules, UpcomingCriticalAndRemaining) {
     EXPECT_EQ(RemainingText(20, 21), QStringLiteral("(PAST DUE) -1"));
     EXPECT_EQ(RemainingText(20, 20), QStringLiteral("(due NOW) "));
     EXPECT_EQ(RemainingText(20, 18), QStringLiteral("2"));
-    EXPECT_EQ(RemainingText(20, 0), QStringLiteral("20"));
 
     using S = MaintenanceStyle;
     EXPECT_EQ(RemainingStyle(u"N", u"(PAST DUE) -1", u"20"), S::Pastdue);
     EXPECT_EQ(RemainingStyle(u"N", u"(due NOW) ", u"20"), S::Pastdue);
     EXPECT_EQ(RemainingStyle(u"N", u"2", u"20"), S::Upcoming);
     EXPECT_EQ(RemainingStyle(u"N", u"3", u"20"), S::None);
-    EXPECT_EQ(RemainingStyle(u"N", u"20", u"20"), S::None);
     EXPECT_EQ(RemainingStyle(u"Y", u" ", u"20"), S::None);
     EXPECT_EQ(RemainingStyle(u"N", u"1", u"1"), S::Upcoming);
     EXPECT_EQ(RemainingStyle(u"N", u"3", u"25"), S::Upcoming);

