@@ -60,18 +60,11 @@ frmEvent::frmEvent(store::Database& db, Messages& messages, shell::MainContext& 
 }
 
 void frmEvent::BuildBody() {
-    auto* splitter = new QSplitter(Qt::Horizontal, this);
-    lstEvents_ = new QListWidget(splitter);
-    lstEvents_->setObjectName(QStringLiteral("lstEvents"));
-    splitter->addWidget(lstEvents_);
-
-    auto* panel = new QWidget(splitter);
-    auto* grid = new QGridLayout(panel);
-    const auto label = [panel](const QString& text, QWidget* buddy) {
-        auto* l = new QLabel(text, panel);
-        l->setBuddy(buddy);
-        return l;
-    };
+    const ListBody body = MakeListBody(QStringLiteral("lstEvents"));
+    lstEvents_ = body.list;
+    QWidget* panel = body.panel;
+    QGridLayout* grid = body.grid;
+    const auto label = &RecordWindow::FieldLabel;
 
     txtEvent_nm_ = new QLineEdit(panel);
     txtEvent_nm_->setObjectName(QStringLiteral("txtEvent_nm"));
@@ -105,12 +98,7 @@ void frmEvent::BuildBody() {
     grid->addWidget(rtbEventNotes_tx_, 5, 0, 1, 5);
     grid->setColumnStretch(4, 1);
     grid->setRowStretch(5, 1);
-    splitter->addWidget(panel);
-    splitter->setStretchFactor(1, 1);
-    splitter->setSizes({200, 520});
-    SetBody(splitter);
-
-    SetRecordList(std::make_unique<ListWidgetRecords>(lstEvents_));
+    FinishListBody(body);
     for (QWidget* field :
          std::initializer_list<QWidget*>{txtEvent_nm_, cboTracks_, mebEventStart_dt_,
                                          mebEventEnd_dt_, cboEventClass_, txtPurse_amt_}) {

@@ -58,18 +58,11 @@ frmTrack::frmTrack(store::Database& db, Messages& messages, shell::MainContext& 
 }
 
 void frmTrack::BuildBody() {
-    auto* splitter = new QSplitter(Qt::Horizontal, this);
-    lstTracks_ = new QListWidget(splitter);
-    lstTracks_->setObjectName(QStringLiteral("lstTracks"));
-    splitter->addWidget(lstTracks_);
-
-    auto* panel = new QWidget(splitter);
-    auto* grid = new QGridLayout(panel);
-    const auto label = [panel](const QString& text, QWidget* buddy) {
-        auto* l = new QLabel(text, panel);
-        l->setBuddy(buddy);
-        return l;
-    };
+    const ListBody body = MakeListBody(QStringLiteral("lstTracks"));
+    lstTracks_ = body.list;
+    QWidget* panel = body.panel;
+    QGridLayout* grid = body.grid;
+    const auto label = &RecordWindow::FieldLabel;
 
     txtTrack_nm_ = new QLineEdit(panel);
     txtTrack_nm_->setObjectName(QStringLiteral("txtTrack_nm"));
@@ -109,12 +102,7 @@ void frmTrack::BuildBody() {
     grid->addWidget(sstabTrack_, 5, 0, 1, 3);
     grid->setColumnStretch(2, 1);
     grid->setRowStretch(5, 1);
-    splitter->addWidget(panel);
-    splitter->setStretchFactor(1, 1);
-    splitter->setSizes({200, 520});
-    SetBody(splitter);
-
-    SetRecordList(std::make_unique<ListWidgetRecords>(lstTracks_));
+    FinishListBody(body);
     for (QWidget* field :
          std::initializer_list<QWidget*>{txtTrack_nm_, txtTrackAddress_tx_, txtTrackContact_nm_,
                                          mebTrackPhone_, txtTrackInternet_url_}) {

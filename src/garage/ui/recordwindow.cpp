@@ -11,7 +11,9 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -20,6 +22,7 @@
 #include <QPlainTextEdit>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QSplitter>
 #include <QTableView>
 #include <QTimer>
 #include <QToolBar>
@@ -276,6 +279,32 @@ QAction* RecordWindow::tool(const QString& id) const {
 
 void RecordWindow::SetBody(QWidget* body) {
     layout_->addWidget(body, 1);
+}
+
+RecordWindow::ListBody RecordWindow::MakeListBody(const QString& listName) {
+    auto* splitter = new QSplitter(Qt::Horizontal, this);
+    ListBody body;
+    body.list = new QListWidget(splitter);
+    body.list->setObjectName(listName);
+    splitter->addWidget(body.list);
+    body.panel = new QWidget(splitter);
+    body.grid = new QGridLayout(body.panel);
+    return body;
+}
+
+void RecordWindow::FinishListBody(const ListBody& body) {
+    auto* splitter = qobject_cast<QSplitter*>(body.list->parentWidget());
+    splitter->addWidget(body.panel);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({200, 520});
+    SetBody(splitter);
+    SetRecordList(std::make_unique<ListWidgetRecords>(body.list));
+}
+
+QLabel* RecordWindow::FieldLabel(const QString& text, QWidget* buddy) {
+    auto* l = new QLabel(text, buddy->parentWidget());
+    l->setBuddy(buddy);
+    return l;
 }
 
 void RecordWindow::AddToolBarRow(QToolBar* bar) {

@@ -28,6 +28,10 @@ namespace slipbook {
 class TextGridModel;
 }
 
+class QGridLayout;
+class QLabel;
+class QListWidget;
+
 namespace slipbook::garage {
 
 // The record list of a window, whether a plain list of names or a grid: one entry per record,
@@ -181,6 +185,17 @@ protected:
     // A second tool bar under the first (filters).
     void AddToolBarRow(QToolBar* bar);
     void SetRecordList(std::unique_ptr<RecordList> list);
+    // The common body: the record list on the left, a grid of fields on the right. Call
+    // FinishListBody once the fields stand in the grid.
+    struct ListBody {
+        QListWidget* list = nullptr;
+        QWidget* panel = nullptr;
+        QGridLayout* grid = nullptr;
+    };
+    ListBody MakeListBody(const QString& listName);
+    void FinishListBody(const ListBody& body);
+    // A caption for a field, with the field as its buddy.
+    static QLabel* FieldLabel(const QString& text, QWidget* buddy);
     // Registers a field: its changes mark the record, Enter moves on from boxes and combos,
     // boxes select all on focus, combos complete as typed, the edit tools follow it.
     void AddField(QWidget* field);
