@@ -287,7 +287,6 @@ std::vector<RunField> BuildTable() {
                  .column = QStringLiteral("sRunNotes_tx"),
                  .kind = K::Notes,
                  .load = L::Notes,
-                 .newText = NotesPrompt(),
                  .statement = 8,
                  .rank = 16,
                  .save = S::Note,
@@ -482,8 +481,9 @@ QString LoadText(const RunField& field, const QVariant& value) {
         case LoadRule::TimeMask:
             return TimeMaskValue(value, false);
         case LoadRule::Notes: {
+            // A hint stored by an older logbook is no note.
             const QString text = FormatValue(value, QString());
-            return text.isEmpty() ? NotesPrompt() : text;
+            return IsNotesHint(text) ? QString() : text;
         }
         default:
             return QString();

@@ -108,14 +108,14 @@ inline constexpr int kTabCarb = 1;
 inline constexpr int kTabFuel = 2;
 inline constexpr int kTabCustom = 7;
 
-// What an empty note shows, and what is never stored as one.
+// The hint an empty notes pane shows; never stored as a note.
 QString NotesPrompt();
 
 // A control name of an array: "txtJet(0)".
 QString ArrayControl(const QString& name, int index);
 
 // The control's text for a stored value by the field's load rule (Raw, Pad, Format, DateMask,
-// TimeMask, Notes). A Null shows empty under Raw and Format, as a blank under Pad.
+// TimeMask, Notes). A Null shows empty under Raw, Format and Notes, as a blank under Pad.
 QString LoadText(const RunField& field, const QVariant& value);
 
 // A value as the car's tune-up hands it to a new run: its text and one blank, so Null is a blank.

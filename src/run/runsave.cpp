@@ -8,6 +8,7 @@
 #include "store/dberror.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
 
 namespace slipbook::run {
@@ -20,6 +21,16 @@ QString SqlText(const QString& text) {
     return u'\'' + TextReplace(text, u"'", u"''") + u'\'';
 }
 
+// A number no column can hold is refused rather than written as infinity or a wrapped integer;
+// the window's own check names the field before it comes to this.
+double Storable(double value, double limit) {
+    if (!std::isfinite(value) || std::fabs(value) > limit) {
+        throw store::DbError(store::err::Overflow, QStringLiteral("Slipbook"),
+                             QStringLiteral("Overflow"));
+    }
+    return value;
+}
+
 // A number as the statement writes it. Text that is no number goes quoted, so the store refuses
 // it as a type mismatch rather than reading a broken statement.
 QString NumberLiteral(const QString& text) {
@@ -28,7 +39,7 @@ QString NumberLiteral(const QString& text) {
         return kNull;
     }
     if (const auto value = StrictNumber(trimmed)) {
-        return PlainNumberText(*value);
+        return PlainNumberText(Storable(*value, DBL_MAX));
     }
     return SqlText(trimmed);
 }
@@ -40,7 +51,7 @@ QString LongLiteral(const QString& text) {
     }
     if (const auto value = StrictNumber(trimmed)) {
         // Half to even, as the whole-number conversion rounds.
-        return QString::number(static_cast<qint64>(std::nearbyint(*value)));
+        return QString::number(static_cast<qint64>(std::nearbyint(Storable(*value, 9.2e18))));
     }
     return SqlText(trimmed);
 }
@@ -52,7 +63,7 @@ QString SingleLiteral(const QString& text) {
     }
     if (const auto value = StrictNumber(trimmed)) {
         // A single keeps seven significant digits.
-        const float single = static_cast<float>(*value);
+        const float single = static_cast<float>(Storable(*value, FLT_MAX));
         return PlainNumberText(QString::number(static_cast<double>(single), 'g', 7).toDouble());
     }
     return SqlText(trimmed);
@@ -204,9 +215,13 @@ QStringList CarStatements(const RunValues& values, qint64 carId) {
                          [](const RunField* a, const RunField* b) { return a->rank < b->rank; });
         std::vector<std::pair<QString, QString>> pairs;
         for (const RunField* f : fields) {
-            // The notes go to the car as they stand, prompt and all.
+            // The notes go to the car as typed; a hint is no note there either.
+            const QString text = values.text(f->column);
             pairs.emplace_back(f->carColumn,
-                               SqlText(TextOrNull(values.text(f->column)).toString()));
+                               SqlText(TextOrNull(f->kind == FieldKind::Notes && IsNotesHint(text)
+                                                      ? QString()
+                                                      : text)
+                                           .toString()));
         }
         statements << QStringLiteral("UPDATE tblCars SET ") + Assignments(pairs) + where;
     }

@@ -5,14 +5,12 @@
 
 #include <QVariant>
 
+#include <cfloat>
+#include <cmath>
+
 namespace slipbook::run {
 
 namespace {
-
-// An empty mask passes: a run may have no date or time.
-bool BadDateOrTime(const QString& text, QStringView emptyMask) {
-    return text != emptyMask && !DateValue(QVariant(text));
-}
 
 bool RangeFails(const char* control, const QString& text) {
     return OutOfRange(*WeatherRangeOf(QString::fromLatin1(control)), text);
@@ -42,8 +40,8 @@ std::optional<int> FirstFailedCheck(const RunCheckInput& in) {
         LeadingNumber(in.runNumber).value_or(0) <= 0,
         !in.eventSelected,
         !in.carSelected,
-        BadDateOrTime(in.date, kDateMaskEmpty),
-        BadDateOrTime(in.time, kTimeMaskEmpty),
+        !IsBlankOrDate(in.date, kDateMaskEmpty),
+        !IsBlankOrDate(in.time, kTimeMaskEmpty),
         !in.runTypeSelected,
         !in.opponentSelected,
         RangeFails("txtTemp", in.temperature),
@@ -82,6 +80,73 @@ bool OutOfRange(const WeatherRange& range, QStringView text) {
         return true;  // beyond any number
     }
     return *value != 0 && (*value < range.low || *value > range.high);
+}
+
+namespace {
+
+// What a number field's column holds: whole numbers of 32 bits, single or double precision.
+enum class NumberColumn { Long, Single, Double };
+
+NumberColumn ColumnOf(const RunField& f) {
+    if (f.save == SaveForm::Long || f.column.startsWith(u'l')) {
+        return NumberColumn::Long;
+    }
+    return f.save == SaveForm::Single ? NumberColumn::Single : NumberColumn::Double;
+}
+
+bool IsNumberField(const RunField& f) {
+    return !f.control.isEmpty() &&
+           (f.save == SaveForm::Num || f.save == SaveForm::Long || f.save == SaveForm::Single);
+}
+
+}  // namespace
+
+QString FieldName(const RunField& field) {
+    QString name = field.caption;
+    name.remove(u'&');
+    name = name.simplified();
+    if (name.endsWith(u':')) {
+        name.chop(1);
+    }
+    return name;
+}
+
+std::optional<NumberProblem> FirstBadNumber(const RunValues& values) {
+    for (const RunField& f : RunFields()) {
+        if (!IsNumberField(f)) {
+            continue;
+        }
+        const QString text = values.text(f.column).trimmed();
+        if (text.isEmpty()) {
+            continue;
+        }
+        const QString name = FieldName(f);
+        const auto value = StrictNumber(text);
+        if (!value) {
+            return NumberProblem{&f, name + QStringLiteral(" Must Be a Number")};
+        }
+        bool fits = std::isfinite(*value);
+        switch (ColumnOf(f)) {
+            case NumberColumn::Long:
+                fits = fits && std::nearbyint(*value) >= -2147483648.0 &&
+                       std::nearbyint(*value) <= 2147483647.0;
+                if (!fits) {
+                    return NumberProblem{&f, name + QStringLiteral(" Must Be a Whole Number From "
+                                                                   "-2,147,483,648 To "
+                                                                   "2,147,483,647")};
+                }
+                break;
+            case NumberColumn::Single:
+                fits = fits && std::fabs(*value) <= FLT_MAX;
+                break;
+            case NumberColumn::Double:
+                break;
+        }
+        if (!fits) {
+            return NumberProblem{&f, name + QStringLiteral(" Is Too Large a Number")};
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace slipbook::run

@@ -3,6 +3,8 @@
 // The checks a run passes before it is saved, in their order, with the message each failure
 // shows and the field that then takes the focus; and the ranges of the typed weather.
 
+#include "run/fieldtable.h"
+
 #include <QString>
 #include <QStringView>
 
@@ -36,6 +38,17 @@ inline constexpr int kCheckRunNumber = 0;
 
 // The index of the first check that fails; empty when the run may be saved.
 std::optional<int> FirstFailedCheck(const RunCheckInput& input);
+
+// A number field whose text the logbook can't keep: no number at all, or beyond what its column
+// holds (a whole number of 32 bits, a single, a finite double). The message names the field.
+struct NumberProblem {
+    const RunField* field;
+    QString message;
+};
+// Checked after the ten checks, over every number field in the window's order.
+std::optional<NumberProblem> FirstBadNumber(const RunValues& values);
+// The field's caption as a message names it: "Points" for "Points:".
+QString FieldName(const RunField& field);
 
 // The range a typed weather value must lie in, bounds included; 0 stands for not entered.
 struct WeatherRange {

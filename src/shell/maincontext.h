@@ -2,6 +2,8 @@
 
 #include <QString>
 
+class QWidget;
+
 namespace slipbook::shell {
 
 // What the other windows see of the main window: the current car, event, track and list, the
@@ -65,6 +67,10 @@ public:
     virtual void AddPageLeadin(const QString& line) = 0;
     virtual void ClearPageLeadin() = 0;
     virtual QString GetPageLeadin() const = 0;
+
+    // The one window of a tool ("ID_Maintenance"): the open one, or a new one made unseen; null
+    // when the tool has no window. The caller shows it.
+    virtual QWidget* ToolWindow(const QString& toolId) = 0;
 
     // The weather station's folder, from the command line.
     virtual QString WeatherDirectory() const = 0;

@@ -139,6 +139,9 @@ TEST(NumericPad, PadsToTheDecimalsOnlyWhenShort) {
     EXPECT_EQ(NumericPad(u"1.", 4), "1.0000");
     EXPECT_EQ(NumericPad(u"1.234", 3), std::nullopt);
     EXPECT_EQ(NumericPad(u"12", 0), std::nullopt);
+    // A stored value shows with a blank behind it; the pad works on the number alone.
+    EXPECT_EQ(NumericPad(u"10.9 ", 3), "10.900");
+    EXPECT_EQ(NumericPad(u"10.900 ", 3), std::nullopt);
 }
 
 TEST(NameCase, CapitalisesNames) {
@@ -161,13 +164,17 @@ TEST(NameCase, CapitalisesNames) {
     EXPECT_FALSE(IsAlphaStart(u""));
 }
 
-TEST(QuoteDouble, DoublesApostrophesAndDropsPlaceholders) {
+TEST(QuoteDouble, DoublesApostrophesAndDropsOnlyTheHints) {
     EXPECT_EQ(QuoteDouble("O'Brien's"), "O''Brien''s");
     EXPECT_EQ(QuoteDouble("''"), "''''");
     EXPECT_EQ(QuoteDouble(""), "");
     EXPECT_EQ(QuoteDouble("<Type notes here>"), "");
     EXPECT_EQ(QuoteDouble("   <Type maintenance description here>"), "");
     EXPECT_EQ(QuoteDouble("1 < 2 isn't news"), "1 < 2 isn''t news");
+    // Anything else the racer types is a note, "<" or not.
+    EXPECT_EQ(QuoteDouble("<3 psi on the left rear"), "<3 psi on the left rear");
+    EXPECT_EQ(QuoteDouble(" <b>bold</b>"), " <b>bold</b>");
+    EXPECT_EQ(QuoteDouble("<Type notes here>Clean pass"), "<Type notes here>Clean pass");
 }
 
 TEST(TextReplace, ReplacesLeftToRight) {

@@ -62,7 +62,7 @@ TEST_F(EventWindow, OpensOnTheCurrentEventOrANewOne) {
     EXPECT_EQ(start->displayText(), QStringLiteral("04/05/2003"));
     EXPECT_EQ(classes->currentText(), QStringLiteral("Test and Tune"));
     EXPECT_EQ(purse->text(), QStringLiteral("0"));
-    EXPECT_EQ(notes->toPlainText(), QStringLiteral("<Type notes here>"));
+    EXPECT_HINT(notes, "<Type notes here>");
     EXPECT_EQ(list->currentRow(), 0);
     EXPECT_TRUE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
     EXPECT_FALSE(window->tool(QStringLiteral("ID_Save"))->isEnabled());

@@ -148,7 +148,7 @@ TEST_F(MaintenanceWindow, ValidatesAndSavesANewItem) {
     window->ShowParameters(0, 0);
     Press(*window, "ID_New");
     EXPECT_EQ(car->currentIndex(), -1);  // all cars: no default
-    EXPECT_EQ(notes->toPlainText(), QStringLiteral("<Type maintenance description here>"));
+    EXPECT_HINT(notes, "<Type maintenance description here>");
     const auto save = [&](const char* message, const char* focus) {
         messages.shown.clear();
         Press(*window, "ID_Save");

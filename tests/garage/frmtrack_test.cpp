@@ -60,8 +60,8 @@ TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
     main.trackId = 1;
     auto window = Open();
     EXPECT_EQ(window->windowTitle(), QStringLiteral("New - Track"));
-    EXPECT_EQ(directions->toPlainText(), QStringLiteral("<Type directions here>"));
-    EXPECT_EQ(notes->toPlainText(), QStringLiteral("<Type notes here>"));
+    EXPECT_HINT(directions, "<Type directions here>");
+    EXPECT_HINT(notes, "<Type notes here>");
     EXPECT_EQ(phone->displayText(), QStringLiteral("(___) ___-____"));
 
     name->setText(QStringLiteral("O'Reilly \"Raceway\" Park"));
@@ -98,7 +98,7 @@ TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
     EXPECT_EQ(contact->text(), QStringLiteral("D'Angelo"));
     EXPECT_EQ(phone->displayText(), QStringLiteral("(555) 123-4567"));
     EXPECT_EQ(url->text(), QStringLiteral("http://example.org/o'reilly"));
-    EXPECT_EQ(directions->toPlainText(), QStringLiteral("<Type directions here>"));
+    EXPECT_HINT(directions, "<Type directions here>");
     EXPECT_EQ(notes->toPlainText(), QStringLiteral("Bring a 'jacket'"));
     ShowActive(*again);
     Grab(*again, QStringLiteral("frmTrack"));

@@ -28,11 +28,20 @@ inline QApplication& GuiApp() {
     return *app;
 }
 
+// A tool pressed as the user can: never one that is disabled.
 inline void Press(garage::RecordWindow& window, const char* toolId) {
     QAction* tool = window.tool(QString::fromLatin1(toolId));
     ASSERT_NE(tool, nullptr) << toolId;
+    ASSERT_TRUE(tool->isEnabled()) << toolId << " is disabled";
     tool->trigger();
 }
+
+// An empty notes pane showing its hint, which is no text of the pane.
+#define EXPECT_HINT(pane, hint)                                     \
+    do {                                                            \
+        EXPECT_EQ((pane)->toPlainText(), QString());                \
+        EXPECT_EQ((pane)->placeholderText(), QStringLiteral(hint)); \
+    } while (false)
 
 template <typename T>
 T* Child(QWidget& window, const char* name) {

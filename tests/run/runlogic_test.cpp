@@ -261,7 +261,7 @@ TEST(RunSave, EmptyNumbersAreNullAndPromptsAreNotStored) {
     v.texts[QStringLiteral("dtRun_tm")] = QStringLiteral("__:__ __");
     v.texts[QStringLiteral("sRunNotes_tx")] = QStringLiteral("  <Type notes here>");
     v.texts[QStringLiteral("sLogFile_nm")] = QStringLiteral("   ");
-    v.texts[QStringLiteral("Custom1")] = QStringLiteral("<5 psi");  // only the notes drop a '<'
+    v.texts[QStringLiteral("Custom1")] = QStringLiteral("<5 psi");
     v.fullRun = true;
     v.leftLane = true;
     const qint64 id = SaveRun(db, {v, 0, std::nullopt}).runId;
@@ -276,10 +276,22 @@ TEST(RunSave, EmptyNumbersAreNullAndPromptsAreNotStored) {
     EXPECT_EQ(row.value("custom1").toString(), QStringLiteral("<5 psi"));
     EXPECT_EQ(row.value("bfullrun_fl").toLongLong(), -1);
     EXPECT_EQ(row.value("slane_nm").toString(), QStringLiteral("L"));
-    // The car keeps the notes as they stood, prompt and all.
+    // The hint is no note for the car either.
+    const auto carNotes = [&] {
+        return Scalar(db, QStringLiteral("SELECT sCarNotes_tx FROM tblCars WHERE lCar_id = 1"))
+            .toString();
+    };
+    EXPECT_EQ(carNotes(), QString());
+
+    // A note that merely starts with "<" is the racer's, kept to the letter.
+    v.texts[QStringLiteral("sRunNotes_tx")] = QStringLiteral("<3 psi on the left rear, O'Neil's");
+    const qint64 second = SaveRun(db, {v, 0, std::nullopt}).runId;
     EXPECT_EQ(
-        Scalar(db, QStringLiteral("SELECT sCarNotes_tx FROM tblCars WHERE lCar_id = 1")).toString(),
-        QStringLiteral("<Type notes here>"));
+        Scalar(db,
+               QStringLiteral("SELECT sRunNotes_tx FROM tblRuns WHERE lRun_id = %1").arg(second))
+            .toString(),
+        QStringLiteral("<3 psi on the left rear, O'Neil's"));
+    EXPECT_EQ(carNotes(), QStringLiteral("<3 psi on the left rear, O'Neil's"));
 }
 
 TEST(RunSave, OnlyTheNewestRunChangesTheCarAndEditsKeepTheBaseSetup) {

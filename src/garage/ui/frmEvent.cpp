@@ -54,6 +54,7 @@ frmEvent::frmEvent(store::Database& db, Messages& messages, shell::MainContext& 
                    QWidget* parent)
     : RecordWindow(db, messages, main, parent) {
     setObjectName(QStringLiteral("frmEvent"));
+    SetToolTips(QStringLiteral("event"));
     BuildBody();
     resize(720, 440);
     FormLoad();
@@ -73,6 +74,10 @@ void frmEvent::BuildBody() {
     cboTracks_->setEditable(true);
     mebEventStart_dt_ = MakeDateBox(QStringLiteral("mebEventStart_dt"), panel);
     mebEventEnd_dt_ = MakeDateBox(QStringLiteral("mebEventEnd_dt"), panel);
+    CheckOnLeave(mebEventStart_dt_, kDateMaskEmpty,
+                 QStringLiteral("Invalid Start Date, Use MM/DD/YYYY Format"));
+    CheckOnLeave(mebEventEnd_dt_, kDateMaskEmpty,
+                 QStringLiteral("Invalid End Date, Use MM/DD/YYYY Format"));
     cboEventClass_ = new QComboBox(panel);
     cboEventClass_->setObjectName(QStringLiteral("cboEventClass"));
     cboEventClass_->setEditable(true);
@@ -104,7 +109,7 @@ void frmEvent::BuildBody() {
                                          mebEventEnd_dt_, cboEventClass_, txtPurse_amt_}) {
         AddField(field);
     }
-    AddNotesField(rtbEventNotes_tx_);
+    AddNotesField(rtbEventNotes_tx_, kNotesPlaceholder);
     mebEventStart_dt_->installEventFilter(this);
     cboEventClass_->installEventFilter(this);
     txtPurse_amt_->installEventFilter(this);
@@ -138,8 +143,7 @@ void frmEvent::RecordToFields(const store::Recordset& rs) {
     const QVariant purse = rs.Value(QStringLiteral("cPurse_amt"));
     txtPurse_amt_->setText(purse.isNull() ? QString()
                                           : FormatNumber(MoneyValue(purse), kPurseFormat));
-    SetNotes(rtbEventNotes_tx_, rs.Value(QStringLiteral("sEventNotes_tx")).toString(),
-             kNotesPlaceholder);
+    SetNotes(rtbEventNotes_tx_, rs.Value(QStringLiteral("sEventNotes_tx")).toString());
 }
 
 void frmEvent::FieldsToRecord(store::Recordset& rs) {
@@ -159,7 +163,7 @@ void frmEvent::ClearFields() {
     mebEventStart_dt_->clear();
     mebEventEnd_dt_->clear();
     txtPurse_amt_->clear();
-    rtbEventNotes_tx_->setPlainText(kNotesPlaceholder);
+    rtbEventNotes_tx_->clear();
 }
 
 QWidget* frmEvent::NewFocusField() const {
@@ -243,7 +247,9 @@ qint64 frmEvent::StartRecordId() const {
 
 bool frmEvent::eventFilter(QObject* watched, QEvent* event) {
     if (watched == mebEventStart_dt_ && IsFieldExit(event)) {
-        if (MaskText(mebEventEnd_dt_) == kDateMaskEmpty) {
+        // An impossible start date is not copied on: the racer is told of it once.
+        if (MaskText(mebEventEnd_dt_) == kDateMaskEmpty &&
+            IsBlankOrDate(MaskText(mebEventStart_dt_), kDateMaskEmpty)) {
             mebEventEnd_dt_->setText(MaskText(mebEventStart_dt_));
         }
     } else if (watched == cboEventClass_ && IsFieldExit(event)) {

@@ -97,6 +97,7 @@ frmMaintenance::frmMaintenance(store::Database& db, Messages& messages, shell::M
                                QWidget* parent)
     : RecordWindow(db, messages, main, parent) {
     setObjectName(QStringLiteral("frmMaintenance"));
+    SetToolTips(QStringLiteral("maintenance item"));
     BuildFilters();
     BuildBody();
     resize(900, 560);
@@ -110,6 +111,11 @@ void frmMaintenance::BuildFilters() {
     atbMaintenance_->setObjectName(QStringLiteral("atbMaintenance"));
     efDateFrom_ = MakeDateBox(QStringLiteral("ID_efDateFrom"), atbMaintenance_);
     efDateTo_ = MakeDateBox(QStringLiteral("ID_efDateTo"), atbMaintenance_);
+    // A filter date that is no date filters nothing; the racer is told so.
+    CheckOnLeave(efDateFrom_, kDateMaskEmpty,
+                 QStringLiteral("Invalid From Date, Use MM/DD/YYYY Format"));
+    CheckOnLeave(efDateTo_, kDateMaskEmpty,
+                 QStringLiteral("Invalid To Date, Use MM/DD/YYYY Format"));
     efCar_ = new QComboBox(atbMaintenance_);
     efCar_->setObjectName(QStringLiteral("ID_efCar"));
     efCar_->setMinimumContentsLength(14);
@@ -220,6 +226,8 @@ void frmMaintenance::BuildBody() {
     chkCompleted_ = new QCheckBox(tr("Completed on date"), panel);
     chkCompleted_->setObjectName(QStringLiteral("chkCompleted"));
     mebMaintenance_dt_ = MakeDateBox(QStringLiteral("mebMaintenance_dt"), panel);
+    CheckOnLeave(mebMaintenance_dt_, kDateMaskEmpty,
+                 QStringLiteral("Invalid Maintenance Date, Use MM/DD/YYYY Format"));
     btnMarkCompleted_ = new QPushButton(tr("Mark this maintenance item COMPLETED today!"), panel);
     btnMarkCompleted_->setObjectName(QStringLiteral("btnMarkCompleted"));
 
@@ -259,7 +267,7 @@ void frmMaintenance::BuildBody() {
                                                           chkCompleted_, mebMaintenance_dt_}) {
         AddField(field);
     }
-    AddNotesField(rtbMaintenanceNotes_tx_);
+    AddNotesField(rtbMaintenanceNotes_tx_, kNotesPlaceholder);
     InstallNumericKeyFilter(txtScheduledRuns_, 0);
     InstallNumericKeyFilter(txtRunsMade_, 0);
     cboCar_->installEventFilter(this);
@@ -354,8 +362,18 @@ void frmMaintenance::ShowParameters(qint64 carId, int statusIndex) {
         efStatus_->setCurrentIndex(ListFindData(efStatus_, statusIndex));
     }
     parametersShown_ = true;
+    // The counts may have moved since the item was shown (a run was saved): an unedited item is
+    // read afresh; an edited one is left as typed.
+    const qint64 shown = RecordAdd() || DataChanged() ? 0 : CurrentRecordId();
+    if (shown != 0) {
+        OpenRecords();
+        records().FindFirst(KeyCriterion(IdColumn(), shown));
+    }
     GridLoad();
     FollowGrid();
+    if (shown != 0 && !records().NoMatch() && recordList()->findId(shown) >= 0) {
+        ShowCurrent();
+    }
 }
 
 void frmMaintenance::Alert() {
@@ -369,8 +387,7 @@ void frmMaintenance::Alert() {
 
 void frmMaintenance::RecordToFields(const store::Recordset& rs) {
     SelectComboId(cboCar_, rs.Value(QStringLiteral("lCar_id")));
-    SetNotes(rtbMaintenanceNotes_tx_, rs.Value(QStringLiteral("sMaintenanceNotes_tx")).toString(),
-             kNotesPlaceholder);
+    SetNotes(rtbMaintenanceNotes_tx_, rs.Value(QStringLiteral("sMaintenanceNotes_tx")).toString());
     txtScheduledRuns_->setText(CountText(rs.Value(QStringLiteral("iScheduledRuns"))));
     txtRunsMade_->setText(CountText(rs.Value(QStringLiteral("iRunsMade"))));
     chkCompleted_->setChecked(rs.Value(QStringLiteral("bCompleted")).toLongLong() != 0);
@@ -389,7 +406,7 @@ void frmMaintenance::FieldsToRecord(store::Recordset& rs) {
 
 void frmMaintenance::ClearFields() {
     SelectComboId(cboCar_, filterCarId_ != 0 ? QVariant(filterCarId_) : QVariant());
-    rtbMaintenanceNotes_tx_->setPlainText(kNotesPlaceholder);
+    rtbMaintenanceNotes_tx_->clear();
     txtScheduledRuns_->clear();
     txtRunsMade_->clear();
     chkCompleted_->setChecked(false);

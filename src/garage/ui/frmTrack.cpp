@@ -52,6 +52,7 @@ frmTrack::frmTrack(store::Database& db, Messages& messages, shell::MainContext& 
                    QWidget* parent)
     : RecordWindow(db, messages, main, parent) {
     setObjectName(QStringLiteral("frmTrack"));
+    SetToolTips(QStringLiteral("track"));
     BuildBody();
     resize(720, 460);
     FormLoad();
@@ -108,8 +109,8 @@ void frmTrack::BuildBody() {
                                          mebTrackPhone_, txtTrackInternet_url_}) {
         AddField(field);
     }
-    AddNotesField(rtbTrackDirections_tx_);
-    AddNotesField(rtbTrackNotes_tx_);
+    AddNotesField(rtbTrackDirections_tx_, kDirectionsPlaceholder);
+    AddNotesField(rtbTrackNotes_tx_, kNotesPlaceholder);
 }
 
 QString frmTrack::RecordsetSql() const {
@@ -130,10 +131,8 @@ void frmTrack::RecordToFields(const store::Recordset& rs) {
     txtTrackContact_nm_->setText(rs.Value(QStringLiteral("sTrackContact_nm")).toString());
     mebTrackPhone_->setText(MaskClipValue(rs.Value(QStringLiteral("strackphone")), kPhoneFormat));
     txtTrackInternet_url_->setText(rs.Value(QStringLiteral("sTrackInternet_url")).toString());
-    SetNotes(rtbTrackDirections_tx_, rs.Value(QStringLiteral("sTrackDirections_tx")).toString(),
-             kDirectionsPlaceholder);
-    SetNotes(rtbTrackNotes_tx_, rs.Value(QStringLiteral("sTrackNotes_tx")).toString(),
-             kNotesPlaceholder);
+    SetNotes(rtbTrackDirections_tx_, rs.Value(QStringLiteral("sTrackDirections_tx")).toString());
+    SetNotes(rtbTrackNotes_tx_, rs.Value(QStringLiteral("sTrackNotes_tx")).toString());
 }
 
 void frmTrack::FieldsToRecord(store::Recordset& rs) {
@@ -154,8 +153,8 @@ void frmTrack::ClearFields() {
     txtTrackContact_nm_->clear();
     mebTrackPhone_->clear();
     txtTrackInternet_url_->clear();
-    rtbTrackDirections_tx_->setPlainText(kDirectionsPlaceholder);
-    rtbTrackNotes_tx_->setPlainText(kNotesPlaceholder);
+    rtbTrackDirections_tx_->clear();
+    rtbTrackNotes_tx_->clear();
 }
 
 QWidget* frmTrack::NewFocusField() const {

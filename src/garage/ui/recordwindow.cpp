@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -22,6 +23,7 @@
 #include <QPlainTextEdit>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QTableView>
 #include <QTimer>
@@ -39,8 +41,35 @@ const QString kSaveAndClose = QStringLiteral("ID_SaveandClose");
 const QString kSaveAndNew = QStringLiteral("ID_SaveandNew");
 const QString kDelete = QStringLiteral("ID_Delete");
 
-bool IsPlaceholder(const QString& text) {
-    return text.trimmed().startsWith(u'<');
+// What each tool does, for its tip and the status line; the window's noun is filled in.
+struct ToolHelp {
+    const char* id;
+    const char* tip;
+};
+constexpr ToolHelp kToolHelp[] = {
+    {"ID_New", "Start a new %1"},
+    {"ID_Save", "Save this %1"},
+    {"ID_SaveandClose", "Save this %1 and close the window"},
+    {"ID_SaveandNew", "Save this %1 and start a new one"},
+    {"ID_Delete", "Delete this %1"},
+    {"ID_Print", "Print this window"},
+    {"ID_Close", "Close the window"},
+    {"ID_Cut", "Cut the selected text"},
+    {"ID_Copy", "Copy the selected text"},
+    {"ID_Paste", "Paste the copied text"},
+    {"ID_SelectAll", "Select all the text of the box"},
+    {"ID_Previous", "Records are picked in the list"},
+    {"ID_Next", "Records are picked in the list"},
+    {"ID_Contents", "Open the help"},
+    {"ID_About", "About Slipbook"},
+};
+
+bool IsFieldMove(const QEvent* event) {
+    if (event->type() != QEvent::FocusOut) {
+        return false;
+    }
+    const auto reason = static_cast<const QFocusEvent*>(event)->reason();
+    return reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason;
 }
 
 }  // namespace
@@ -202,7 +231,8 @@ void RecordWindow::BuildTools() {
 
     QMenu* file = menuBar_->addMenu(tr("&File"));
     file->setObjectName(QStringLiteral("ID_mnuFile"));
-    file->addAction(AddTool(kNew, tr("&New")));
+    // "Save and &New" keeps its N, so New takes its W.
+    file->addAction(AddTool(kNew, tr("Ne&w")));
     file->addAction(AddTool(kSave, tr("Sa&ve")));
     file->addAction(AddTool(kSaveAndClose, tr("&Save and Close")));
     file->addAction(AddTool(kSaveAndNew, tr("Save and &New")));
@@ -266,6 +296,37 @@ void RecordWindow::BuildTools() {
     for (const QString& id : {kSave, kSaveAndClose, kSaveAndNew}) {
         tool(id)->setEnabled(false);
     }
+
+    tool(kNew)->setShortcut(QKeySequence::New);
+    tool(kSave)->setShortcut(QKeySequence::Save);
+    tool(kSaveAndClose)
+        ->setShortcuts(
+            {QKeySequence(Qt::CTRL | Qt::Key_Return), QKeySequence(Qt::CTRL | Qt::Key_Enter)});
+    tool(QStringLiteral("ID_Print"))->setShortcut(QKeySequence::Print);
+    tool(QStringLiteral("ID_Close"))
+        ->setShortcuts({QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)});
+    tool(QStringLiteral("ID_Contents"))->setShortcut(QKeySequence::HelpContents);
+    // The text boxes take these keys first; the tools serve the menus and other controls.
+    tool(QStringLiteral("ID_Cut"))->setShortcut(QKeySequence::Cut);
+    tool(QStringLiteral("ID_Copy"))->setShortcut(QKeySequence::Copy);
+    tool(QStringLiteral("ID_Paste"))->setShortcut(QKeySequence::Paste);
+    tool(QStringLiteral("ID_SelectAll"))->setShortcut(QKeySequence::SelectAll);
+    // Shortcuts work whether or not a menu or bar shows the tool.
+    addActions(tools_);
+    SetToolTips(QStringLiteral("record"));
+}
+
+void RecordWindow::SetToolTips(const QString& noun) {
+    for (const ToolHelp& help : kToolHelp) {
+        if (QAction* a = tool(QString::fromLatin1(help.id))) {
+            const QString tip = QString::fromLatin1(help.tip).arg(noun);
+            a->setToolTip(a->shortcut().isEmpty()
+                              ? tip
+                              : tip + QStringLiteral(" (") +
+                                    a->shortcut().toString(QKeySequence::NativeText) + u')');
+            a->setStatusTip(tip);
+        }
+    }
 }
 
 QAction* RecordWindow::tool(const QString& id) const {
@@ -278,11 +339,18 @@ QAction* RecordWindow::tool(const QString& id) const {
 }
 
 void RecordWindow::SetBody(QWidget* body) {
-    layout_->addWidget(body, 1);
+    // A window made smaller than its fields scrolls rather than squeezing them.
+    auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("scrBody"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(body);
+    layout_->addWidget(scroll, 1);
 }
 
 RecordWindow::ListBody RecordWindow::MakeListBody(const QString& listName) {
     auto* splitter = new QSplitter(Qt::Horizontal, this);
+    splitter->setChildrenCollapsible(false);
     ListBody body;
     body.list = new QListWidget(splitter);
     body.list->setObjectName(listName);
@@ -351,9 +419,29 @@ void RecordWindow::AddField(QWidget* field) {
     }
 }
 
-void RecordWindow::AddNotesField(QPlainTextEdit* notes) {
+void RecordWindow::AddNotesField(QPlainTextEdit* notes, const QString& hint) {
     AddField(notes);
-    notes->installEventFilter(this);
+    notes->setPlaceholderText(hint);
+    notes->setTabChangesFocus(true);
+}
+
+void RecordWindow::CheckOnLeave(QLineEdit* box, QStringView emptyMask, const QString& message) {
+    leaveChecks_.insert(box, {emptyMask.toString(), message});
+    box->installEventFilter(this);
+}
+
+bool RecordWindow::LeftWithBadValue(QObject* watched, QEvent* event) {
+    const auto check = leaveChecks_.constFind(watched);
+    if (check == leaveChecks_.constEnd() || !IsFieldMove(event)) {
+        return false;
+    }
+    auto* box = static_cast<QLineEdit*>(watched);
+    if (IsBlankOrDate(box->displayText(), check->emptyMask)) {
+        return false;
+    }
+    messages_.inform(check->message, DataEntryErrorTitle(), MsgIcon::Critical);
+    box->setFocus(Qt::OtherFocusReason);
+    return true;
 }
 
 int RecordWindow::SelectedIndex(const QComboBox* combo) {
@@ -406,9 +494,8 @@ QString RecordWindow::MaskText(const QLineEdit* box) {
     return box->displayText();
 }
 
-void RecordWindow::SetNotes(QPlainTextEdit* notes, const QString& text,
-                            const QString& placeholder) {
-    notes->setPlainText(text.isEmpty() ? placeholder : text);
+void RecordWindow::SetNotes(QPlainTextEdit* notes, const QString& text) {
+    notes->setPlainText(IsNotesHint(text) ? QString() : text);
 }
 
 QWidget* RecordWindow::Field(const QString& objectName) const {
@@ -797,14 +884,8 @@ bool RecordWindow::eventFilter(QObject* watched, QEvent* event) {
         if (auto* combo = qobject_cast<QComboBox*>(watched)) {
             ComboAutoComplete(combo, static_cast<QKeyEvent*>(event)->key());
         }
-    } else if (event->type() == QEvent::FocusIn) {
-        if (auto* notes = qobject_cast<QPlainTextEdit*>(watched)) {
-            if (IsPlaceholder(notes->toPlainText())) {
-                // After the click has placed the cursor.
-                notes->selectAll();
-                QTimer::singleShot(0, notes, [notes] { notes->selectAll(); });
-            }
-        }
+    } else {
+        LeftWithBadValue(watched, event);
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -5,6 +5,7 @@
 #include "shell/maincontext.h"
 #include "store/database.h"
 
+#include <QHash>
 #include <QList>
 #include <QPointer>
 #include <QString>
@@ -149,6 +150,9 @@ public:
     // The id of the record shown; 0 for a new one.
     qint64 CurrentRecordId() const;
 
+    // The tools' tips and status tips name what the window keeps ("Save this run").
+    void SetToolTips(const QString& noun);
+
     // Edited fields show their text in red until the record is saved or another one shown.
     void SetShowEditsInRed(bool on) { editsInRed_ = on; }
 
@@ -199,8 +203,12 @@ protected:
     // Registers a field: its changes mark the record, Enter moves on from boxes and combos,
     // boxes select all on focus, combos complete as typed, the edit tools follow it.
     void AddField(QWidget* field);
-    // A notes pane: its placeholder is selected on entry, so that typing replaces it.
-    void AddNotesField(QPlainTextEdit* notes);
+    // A notes pane with its hint ("<Type notes here>"), shown while the pane is empty and never
+    // part of its text. Tab leaves the pane.
+    void AddNotesField(QPlainTextEdit* notes, const QString& hint);
+    // A masked date or time box that says `message` when it is left holding neither its empty
+    // mask nor a valid value; what was typed stays, and so does the focus.
+    void CheckOnLeave(QLineEdit* box, QStringView emptyMask, const QString& message);
     // The entry of an editable combo counts as selected only while its text is the entry's.
     static int SelectedIndex(const QComboBox* combo);
     // The id of the combo's selected entry, or Null.
@@ -214,8 +222,8 @@ protected:
     // is what it shows, blanks included.
     static QLineEdit* MakeDateBox(const QString& objectName, QWidget* parent);
     static QString MaskText(const QLineEdit* box);
-    // Puts a text into a notes pane, or the placeholder when there is none.
-    static void SetNotes(QPlainTextEdit* notes, const QString& text, const QString& placeholder);
+    // Puts a stored note into a notes pane; a hint stored by an older logbook shows as none.
+    static void SetNotes(QPlainTextEdit* notes, const QString& text);
 
     store::Recordset& records() const { return *records_; }
     bool HasCurrentRow() const;
@@ -268,6 +276,13 @@ private:
     void ResetColours();
     void PrintImage();
     void ShowNextAfterRemoval(int row);
+    bool LeftWithBadValue(QObject* watched, QEvent* event);
+
+    struct LeaveCheck {
+        QString emptyMask;
+        QString message;
+    };
+    QHash<QObject*, LeaveCheck> leaveChecks_;
 
     bool dataChanged_ = false;
     bool showMode_ = false;

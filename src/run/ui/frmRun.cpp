@@ -118,6 +118,7 @@ frmRun::frmRun(store::Database& db, Messages& messages, shell::MainContext& main
     setObjectName(QStringLiteral("frmRun"));
     setWindowTitle(QStringLiteral("Run"));
     SetShowEditsInRed(true);
+    SetToolTips(QStringLiteral("run"));
     SetWeatherTimer(nullptr);
 
     // The run window's own tool bar: no New button and no stepping between records.
@@ -263,8 +264,9 @@ QWidget* frmRun::MakeControl(const RunField& f, QWidget* parent) {
     if (f.control == u"txtVRT") {
         // Editing the VRT alone marks nothing: it has no change handler of its own.
         InstallSelectAllOnFocus(box);
+        InstallEnterAsTab(box);
     } else if (f.kind == FieldKind::Notes) {
-        AddNotesField(static_cast<QPlainTextEdit*>(control));
+        AddNotesField(static_cast<QPlainTextEdit*>(control), NotesPrompt());
     } else {
         AddField(control);
     }
@@ -275,6 +277,10 @@ QWidget* frmRun::MakeControl(const RunField& f, QWidget* parent) {
         }
     }
     control->installEventFilter(this);
+    if (f.kind == FieldKind::Time) {
+        CheckOnLeave(box, kTimeMaskEmpty,
+                     QStringLiteral("Invalid Run Time, Use HH:MM am/pm Format"));
+    }
     if (!IntervalsOfMark(f.control).empty()) {
         const std::vector<int> which = IntervalsOfMark(f.control);
         connect(box, &QLineEdit::textChanged, this, [this, which] { RecomputeIntervals(which); });
@@ -828,10 +834,32 @@ bool frmRun::RunValidate() {
         txtRunNumber_->setText(
             QString::number(RunNextNumber(db_, main_.CurrentEventId(), main_.CurrentCarId())));
     }
-    if (QWidget* focus = Control(QString::fromLatin1(check.focus))) {
+    FocusField(QString::fromLatin1(check.focus));
+    return false;
+}
+
+bool frmRun::RunNumbersValid() {
+    const auto bad = FirstBadNumber(Values());
+    if (!bad) {
+        return true;
+    }
+    messages_.inform(bad->message, garage::DataEntryErrorTitle(), MsgIcon::Critical);
+    FocusField(bad->field->control);
+    return false;
+}
+
+void frmRun::FocusField(const QString& control) {
+    if (QWidget* focus = Control(control)) {
+        // A field on a tab that is not shown is brought into view first.
+        for (QWidget* w = focus->parentWidget(); w != nullptr; w = w->parentWidget()) {
+            const int tab = sstabSetup_->indexOf(w);
+            if (tab >= 0) {
+                sstabSetup_->setCurrentIndex(tab);
+                break;
+            }
+        }
         focus->setFocus(Qt::OtherFocusReason);
     }
-    return false;
 }
 
 bool frmRun::RunWeatherRecalc() {
@@ -849,7 +877,7 @@ bool frmRun::RunWeatherRecalc() {
 
 bool frmRun::RunSaveRecord(bool showAlert) {
     OpponentCheck();
-    if (!RunValidate()) {
+    if (!RunValidate() || !RunNumbersValid()) {
         return false;
     }
     if (!RunWeatherRecalc()) {
@@ -889,6 +917,10 @@ bool frmRun::RunSaveRecord(bool showAlert) {
     OpenRecords();
     if (request.customNames) {
         main_.ViewsLoad();
+        // The run list's headers are the catalogue's: the list is loaded anew to show them.
+        if (main_.CurrentView() == viewId_ && viewId_ == u"ID_Runs") {
+            main_.ClickTool(QStringLiteral("ID_Runs"));
+        }
     }
     GridAfterSave(outcome);
     weatherFetched_ = false;
@@ -925,12 +957,17 @@ void frmRun::AfterSaveReset() {
 }
 
 void frmRun::ShowMaintenanceAlert(qint64 carId) {
-    auto* window = new garage::frmMaintenance(db_, messages_, main_, parentWidget());
-    window->setWindowFlag(Qt::Window, true);
-    window->setAttribute(Qt::WA_DeleteOnClose, true);
+    // The one maintenance window, an open one included: two could edit the same items.
+    auto* window =
+        qobject_cast<garage::frmMaintenance*>(main_.ToolWindow(QStringLiteral("ID_Maintenance")));
+    if (window == nullptr) {
+        return;
+    }
     window->ShowParameters(carId, 1);
     window->Alert();
     window->show();
+    window->raise();
+    window->activateWindow();
 }
 
 bool frmRun::Save(const QString& toolId) {
@@ -1031,8 +1068,16 @@ void frmRun::FieldLeft(QWidget* field) {
         }
     } else if (field == mebRun_dt_) {
         const QString shown = mebRun_dt_->displayText();
+        if (shown == kDateMaskEmpty) {
+            return;
+        }
         const QString parsed = DateTextParse(shown);
-        if (parsed != shown && !(parsed.isEmpty() && shown == kDateMaskEmpty)) {
+        if (parsed.isEmpty()) {
+            // What was typed stays, to be put right.
+            messages_.inform(QStringLiteral("Invalid Run Date, Use MM/DD/YYYY Format"),
+                             garage::DataEntryErrorTitle(), MsgIcon::Critical);
+            mebRun_dt_->setFocus(Qt::OtherFocusReason);
+        } else if (parsed != shown) {
             mebRun_dt_->setText(parsed);
         }
     } else if (field == cboOpponents_) {

@@ -123,6 +123,10 @@ private:
 
     // Checks and saving
     bool RunValidate();
+    // Every number field holds a number its column can keep.
+    bool RunNumbersValid();
+    // Focuses a field, bringing its tab forward.
+    void FocusField(const QString& control);
     void GridAfterSave(const RunSaveOutcome& outcome);
     void AfterSaveReset();
     void ShowMaintenanceAlert(qint64 carId);

@@ -437,8 +437,12 @@ KeyVerdict KeyNumericFilter(int key, QStringView text, int selStart, int selLeng
     return KeyVerdict::Accept;
 }
 
+bool IsBlankOrDate(QStringView text, QStringView emptyMask) {
+    return text == emptyMask || DateValue(QVariant(text.toString())).has_value();
+}
+
 std::optional<QString> NumericPad(QStringView text, int decimals) {
-    QString padded = text.toString();
+    QString padded = TrimSpaces(text).toString();
     qsizetype point = padded.indexOf(u'.');
     if (point < 0) {
         padded += u'.';
@@ -486,8 +490,21 @@ bool IsAlphaStart(QStringView text) {
     return c.toUpper() != c.toLower() && !c.isDigit();
 }
 
+const QStringList& NotesHints() {
+    static const QStringList hints = {QStringLiteral("<Type notes here>"),
+                                      QStringLiteral("<Type directions here>"),
+                                      QStringLiteral("<Type maintenance description here>")};
+    return hints;
+}
+
+bool IsNotesHint(QStringView text) {
+    const QStringView trimmed = text.trimmed();
+    return std::any_of(NotesHints().begin(), NotesHints().end(),
+                       [trimmed](const QString& hint) { return trimmed == hint; });
+}
+
 QString QuoteDouble(const QString& text) {
-    if (TrimSpaces(text).startsWith(u'<')) {
+    if (IsNotesHint(text)) {
         return QString();
     }
     QString quoted = text;

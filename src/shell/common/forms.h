@@ -11,6 +11,7 @@
 #include <QDate>
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 #include <QVariant>
 
@@ -83,8 +84,13 @@ enum class KeyVerdict {
 // first; a negative `decimals` sets no limit on places or points.
 KeyVerdict KeyNumericFilter(int key, QStringView text, int selStart, int selLength, int decimals);
 
+// True when a masked date or time box holds nothing (its empty mask) or a valid value: what the
+// boxes accept on leaving and on saving.
+bool IsBlankOrDate(QStringView text, QStringView emptyMask);
+
 // A number box's text on leaving it, padded with "." and zeros to `decimals` places ("12" with
-// 3 gives "12.000", "" gives ".000"); empty when nothing is to be added.
+// 3 gives "12.000", "" gives ".000"); empty when nothing is to be added. Blanks around the number
+// (a stored value is shown with one behind it) are not part of it: "10.9 " gives "10.900".
 std::optional<QString> NumericPad(QStringView text, int decimals);
 
 // A name in name case: "mcdonald" gives "McDonald", "o'brien-smith" gives "O'Brien-Smith",
@@ -94,8 +100,15 @@ QString NameCase(const QString& text);
 // True when the text starts with a character that has case and is no digit.
 bool IsAlphaStart(QStringView text);
 
-// A text for an SQL literal between apostrophes, each apostrophe doubled. A placeholder such as
-// "<Type notes here>" (first character after blanks "<") gives the empty text.
+// The hints the notes panes show while empty: "<Type notes here>", "<Type directions here>",
+// "<Type maintenance description here>".
+const QStringList& NotesHints();
+// True when the text, without surrounding blanks, is one of those hints: older logbooks and
+// pastes may hold one, and it is no note. Any other text, "<3 psi" included, is the racer's.
+bool IsNotesHint(QStringView text);
+
+// A text for an SQL literal between apostrophes, each apostrophe doubled. A notes hint gives the
+// empty text, so that it never reaches the logbook.
 QString QuoteDouble(const QString& text);
 
 // Every occurrence of `search` replaced, left to right; an empty `search` changes nothing.

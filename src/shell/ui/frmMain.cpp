@@ -778,23 +778,31 @@ void frmMain::DblClick() {
 }
 
 void frmMain::ShowToolWindow(const QString& key) {
-    const ListHandlers handlers = lists_.value(key);
-    if (!handlers.open) {
-        return;
+    QWidget* w = nullptr;
+    {
+        const BusyCursor busy;
+        w = ToolWindow(key);
     }
-    if (QWidget* w = open_.value(key).data()) {
+    if (w != nullptr) {
         w->show();
         w->raise();
         w->activateWindow();
-        return;
     }
-    BusyCursor busy;
+}
+
+QWidget* frmMain::ToolWindow(const QString& toolId) {
+    if (QWidget* w = open_.value(toolId).data()) {
+        return w;
+    }
+    const ListHandlers handlers = lists_.value(toolId);
+    if (!handlers.open) {
+        return nullptr;
+    }
     QWidget* w = handlers.open(*this);
-    if (w == nullptr) {
-        return;
+    if (w != nullptr) {
+        open_[toolId] = w;
     }
-    open_[key] = w;
-    w->show();
+    return w;
 }
 
 void frmMain::RecordDelete() {

@@ -60,6 +60,7 @@ public:
     void RegisterPrediction(PredictionFactory factory);
     void RegisterTuneUp(TuneUpFactory factory);
     QWidget* OpenWindow(const QString& key) const;
+    QWidget* ToolWindow(const QString& toolId) override;
 
     // Progress of the loaders goes to the splash's status line.
     void setStatusReporter(StatusReporter reporter) { statusReporter_ = std::move(reporter); }
