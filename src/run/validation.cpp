@@ -5,9 +5,6 @@
 
 #include <QVariant>
 
-#include <cfloat>
-#include <cmath>
-
 namespace slipbook::run {
 
 namespace {
@@ -84,14 +81,12 @@ bool OutOfRange(const WeatherRange& range, QStringView text) {
 
 namespace {
 
-// What a number field's column holds: whole numbers of 32 bits, single or double precision.
-enum class NumberColumn { Long, Single, Double };
-
-NumberColumn ColumnOf(const RunField& f) {
+StoredNumber ColumnOf(const RunField& f) {
+    // Whole-number columns carry the "l" of a long.
     if (f.save == SaveForm::Long || f.column.startsWith(u'l')) {
-        return NumberColumn::Long;
+        return StoredNumber::Long;
     }
-    return f.save == SaveForm::Single ? NumberColumn::Single : NumberColumn::Double;
+    return f.save == SaveForm::Single ? StoredNumber::Single : StoredNumber::Double;
 }
 
 bool IsNumberField(const RunField& f) {
@@ -116,34 +111,8 @@ std::optional<NumberProblem> FirstBadNumber(const RunValues& values) {
         if (!IsNumberField(f)) {
             continue;
         }
-        const QString text = values.text(f.column).trimmed();
-        if (text.isEmpty()) {
-            continue;
-        }
-        const QString name = FieldName(f);
-        const auto value = StrictNumber(text);
-        if (!value) {
-            return NumberProblem{&f, name + QStringLiteral(" Must Be a Number")};
-        }
-        bool fits = std::isfinite(*value);
-        switch (ColumnOf(f)) {
-            case NumberColumn::Long:
-                fits = fits && std::nearbyint(*value) >= -2147483648.0 &&
-                       std::nearbyint(*value) <= 2147483647.0;
-                if (!fits) {
-                    return NumberProblem{&f, name + QStringLiteral(" Must Be a Whole Number From "
-                                                                   "-2,147,483,648 To "
-                                                                   "2,147,483,647")};
-                }
-                break;
-            case NumberColumn::Single:
-                fits = fits && std::fabs(*value) <= FLT_MAX;
-                break;
-            case NumberColumn::Double:
-                break;
-        }
-        if (!fits) {
-            return NumberProblem{&f, name + QStringLiteral(" Is Too Large a Number")};
+        if (auto message = NumberEntryProblem(FieldName(f), values.text(f.column), ColumnOf(f))) {
+            return NumberProblem{&f, *message};
         }
     }
     return std::nullopt;

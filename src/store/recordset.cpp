@@ -168,6 +168,10 @@ void BindValue(sqlite3_stmt* stmt, int index, const QVariant& v, ColumnKind kind
                 Mismatch(column, v);
             }
             if (kind == ColumnKind::Currency) {
+                // Past the ten-thousandths a 64-bit count holds: refused, never a silent 0.
+                if (std::fabs(*d) >= 922337203685477.0) {
+                    throw DbError(err::Overflow, kSource, QStringLiteral("Overflow"));
+                }
                 const Currency c =
                     v.metaType() == QMetaType::fromType<Currency>()
                         ? v.value<Currency>()

@@ -144,6 +144,27 @@ TEST(NumericPad, PadsToTheDecimalsOnlyWhenShort) {
     EXPECT_EQ(NumericPad(u"10.900 ", 3), std::nullopt);
 }
 
+TEST(NumberEntryProblem, NamesTheFieldWhenItsColumnCantKeepTheNumber) {
+    const QString points = QStringLiteral("Points");
+    EXPECT_EQ(NumberEntryProblem(points, u"", StoredNumber::Long), std::nullopt);
+    EXPECT_EQ(NumberEntryProblem(points, u"2,147,483,647", StoredNumber::Long), std::nullopt);
+    EXPECT_EQ(NumberEntryProblem(points, u"99999999999999999999", StoredNumber::Long),
+              "Points Must Be a Whole Number From -2,147,483,648 To 2,147,483,647");
+    EXPECT_EQ(NumberEntryProblem(points, u"32767.4", StoredNumber::Integer), std::nullopt);
+    EXPECT_EQ(NumberEntryProblem(points, u"-32769", StoredNumber::Integer),
+              "Points Must Be a Whole Number From -32,768 To 32,767");
+    EXPECT_EQ(NumberEntryProblem(points, u"1-2", StoredNumber::Double), "Points Must Be a Number");
+    EXPECT_EQ(NumberEntryProblem(points, u"10.9 0", StoredNumber::Double),
+              "Points Must Be a Number");
+    EXPECT_EQ(NumberEntryProblem(points, QString(310, u'9'), StoredNumber::Double),
+              "Points Is Too Large a Number");
+    EXPECT_EQ(NumberEntryProblem(points, u"1e308", StoredNumber::Double), std::nullopt);
+    EXPECT_EQ(NumberEntryProblem(points, u"1e308", StoredNumber::Single),
+              "Points Is Too Large a Number");
+    EXPECT_EQ(NumberEntryProblem(points, u"1000000000000000", StoredNumber::Currency),
+              "Points Is Too Large a Number");
+}
+
 TEST(NameCase, CapitalisesNames) {
     EXPECT_EQ(NameCase("mcdonald"), "McDonald");
     EXPECT_EQ(NameCase("o'brien-smith"), "O'Brien-Smith");

@@ -21,6 +21,9 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
 
@@ -194,8 +197,8 @@ TEST_F(RunWindow, ANewRunTypedEndToEnd) {
     EXPECT_TRUE(F<QCheckBox>(*w, "SSChkFullRun_fl")->isChecked());
     EXPECT_TRUE(F<QRadioButton>(*w, "ssoptLeft")->isChecked());
     EXPECT_EQ(F(*w, "txt60to330foot_et")->text(), QString());
-    // The car carries forward: its Null notes come as a blank, not the prompt.
-    EXPECT_EQ(F<QPlainTextEdit>(*w, "rtbRunNotes_tx")->toPlainText(), QStringLiteral(" "));
+    // The car carries forward: its Null notes come as none, with the hint.
+    EXPECT_HINT(F<QPlainTextEdit>(*w, "rtbRunNotes_tx"), "<Type notes here>");
     EXPECT_FALSE(w->tool(QStringLiteral("ID_Delete"))->isEnabled());
     EXPECT_FALSE(w->tool(QStringLiteral("ID_Save"))->isEnabled());
 
@@ -800,6 +803,122 @@ TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
     EXPECT_FALSE(left.Next());
     EXPECT_EQ(main.lockCount(), 0);
     EXPECT_TRUE(main.gridView()->isEnabled());
+}
+
+TEST_F(RunWindow, WhatTheRacerTypesIsKeptOrRefusedByName) {
+    const auto runs = [&] { return Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")); };
+    const QVariant before = runs();
+    auto w = OpenNew();
+    ShowActive(*w);
+    const auto click = [](QWidget* field) {
+        QTest::mouseClick(field, Qt::LeftButton, {}, QPoint(4, 4));
+        QApplication::processEvents();
+    };
+    const auto key = [&](int k, Qt::KeyboardModifiers m = Qt::NoModifier) {
+        QTest::keyClick(w->focusWidget(), static_cast<Qt::Key>(k), m);
+        QApplication::processEvents();
+    };
+
+    // Notes reached through their tab: the hint is no part of what is typed.
+    QTabBar* bar = Child<QTabWidget>(*w, "sstabSetup")->tabBar();
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(1).center());
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(0).center());
+    QApplication::processEvents();
+    auto* notes = F<QPlainTextEdit>(*w, "rtbRunNotes_tx");
+    ASSERT_TRUE(notes->hasFocus());
+    QTest::keyClicks(notes, QStringLiteral("Clean pass"));
+
+    // An impossible date or time stays as typed, with a word.
+    auto* date = F(*w, "mebRun_dt");
+    click(date);
+    QTest::keyClicks(date, QStringLiteral("13452026"));
+    key(Qt::Key_Tab);
+    EXPECT_EQ(messages.last().text, QStringLiteral("Invalid Run Date, Use MM/DD/YYYY Format"));
+    EXPECT_EQ(messages.last().title, QStringLiteral("Data Entry Error"));
+    EXPECT_EQ(date->displayText(), QStringLiteral("13/45/2026"));
+    ASSERT_TRUE(date->hasFocus());
+    QTest::keyClicks(date, QStringLiteral("07042026"));
+    auto* time = F(*w, "mebRun_tm");
+    click(time);
+    QTest::keyClicks(time, QStringLiteral("9999XX"));
+    key(Qt::Key_Tab);
+    EXPECT_EQ(messages.last().text, QStringLiteral("Invalid Run Time, Use HH:MM am/pm Format"));
+    EXPECT_EQ(time->displayText(), QStringLiteral("99:99 XX"));
+    QTest::keyClicks(time, QStringLiteral("1005AM"));
+    const size_t said = messages.shown.size();
+    key(Qt::Key_Tab);
+    EXPECT_EQ(messages.shown.size(), said);
+
+    // Numbers their columns can't keep are refused by name; nothing is stored.
+    auto* points = F(*w, "txtPoints");
+    click(points);
+    QTest::keyClicks(points, QStringLiteral("99999999999999999999"));
+    key(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(messages.last().text,
+              QStringLiteral("Points Must Be a Whole Number From -2,147,483,648 To 2,147,483,647"));
+    EXPECT_TRUE(points->hasFocus());
+    EXPECT_EQ(runs(), before);
+    key(Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(points, QStringLiteral("12"));
+    auto* dialIn = F(*w, "txtDialIn");
+    click(dialIn);
+    QTest::keyClicks(dialIn, QString(310, u'9'));
+    key(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(messages.last().text, QStringLiteral("Dial In Is Too Large a Number"))
+        << dialIn->text().size() << " " << dialIn->text().left(20).toStdString();
+    EXPECT_EQ(runs(), before);
+    key(Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(dialIn, QStringLiteral("10.9"));
+
+    key(Qt::Key_S, Qt::ControlModifier);
+    ASSERT_FALSE(w->DataChanged()) << messages.last().text.toStdString();
+    TakeAlerts();
+    const qint64 id = LastRunId();
+    auto row = RunRow(id);
+    EXPECT_EQ(row.value("sRunNotes_tx").toString(), QStringLiteral("Clean pass"));
+    EXPECT_EQ(row.value("dtRun_dt").toDateTime().date(), QDate(2026, 7, 4));
+    EXPECT_EQ(row.value("dtRun_tm").toDateTime().time(), QTime(10, 5));
+    EXPECT_EQ(row.value("lPoints_val").toLongLong(), 12);
+
+    // The stored 10.9 shows with its blank; leaving the box pads the number, not the blank.
+    w->close();
+    w = OpenRun(id);
+    ShowActive(*w);
+    dialIn = F(*w, "txtDialIn");
+    EXPECT_EQ(dialIn->text(), QStringLiteral("10.9 "));
+    click(dialIn);
+    key(Qt::Key_Tab);
+    EXPECT_EQ(dialIn->text(), QStringLiteral("10.900"));
+    key(Qt::Key_S, Qt::ControlModifier);
+    EXPECT_FALSE(w->DataChanged()) << messages.last().text.toStdString();
+    EXPECT_DOUBLE_EQ(RunRow(id).value("iDialIn_val").toDouble(), 10.9);
+}
+
+TEST_F(RunWindow, SmallWindowsScrollRatherThanSqueeze) {
+    auto w = OpenNew();
+    ShowActive(*w);
+    for (const QSize size : {QSize(800, 600), QSize(700, 500)}) {
+        w->resize(size);
+        QApplication::processEvents();
+        for (QWidget* child : w->findChildren<QWidget*>()) {
+            const bool field = qobject_cast<QLineEdit*>(child) != nullptr ||
+                               qobject_cast<QComboBox*>(child) != nullptr ||
+                               qobject_cast<QLabel*>(child) != nullptr ||
+                               qobject_cast<QAbstractButton*>(child) != nullptr;
+            // A combo's own line edit is sized by its combo.
+            if (!field || !child->isVisible() ||
+                qobject_cast<QComboBox*>(child->parentWidget()) != nullptr) {
+                continue;
+            }
+            const QSize least = child->minimumSizeHint().expandedTo(child->minimumSize());
+            EXPECT_GE(child->width(), least.width())
+                << child->objectName().toStdString() << " at " << size.width();
+            EXPECT_GE(child->height(), least.height())
+                << child->metaObject()->className() << " "
+                << child->objectName().toStdString() << " at " << size.width();
+        }
+    }
+    EXPECT_TRUE(Child<QScrollArea>(*w, "scrBody")->verticalScrollBar()->maximum() > 0);
 }
 
 TEST_F(RunWindow, Screenshot) {

@@ -171,6 +171,8 @@ QWidget* frmEvent::NewFocusField() const {
 }
 
 std::vector<ValidationStep> frmEvent::ValidationSteps() const {
+    const auto purse =
+        NumberEntryProblem(QStringLiteral("Purse"), txtPurse_amt_->text(), StoredNumber::Currency);
     return {
         {[this] { return txtEvent_nm_->text().trimmed().isEmpty(); },
          QStringLiteral("Event Description Must Be Filled In"), QStringLiteral("txtEvent_nm")},
@@ -184,6 +186,9 @@ std::vector<ValidationStep> frmEvent::ValidationSteps() const {
          QStringLiteral("mebEventEnd_dt")},
         {[this] { return SelectedIndex(cboEventClass_) < 0; },
          QStringLiteral("Event Class Must Be Selected"), QStringLiteral("cboEventClass")},
+        // Beyond what a purse column holds: refused by name rather than stored wrong.
+        {[purse] { return purse.has_value(); }, purse.value_or(QString()),
+         QStringLiteral("txtPurse_amt")},
     };
 }
 

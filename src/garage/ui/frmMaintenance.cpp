@@ -433,7 +433,16 @@ std::vector<ValidationStep> frmMaintenance::ValidationSteps() const {
         {[this] { return chkCompleted_->isChecked() && !DateValue(MaskText(mebMaintenance_dt_)); },
          QStringLiteral("Invalid Maintenance Date, Use MM/DD/YYYY Format"),
          QStringLiteral("mebMaintenance_dt")},
+        // Counts past 16 bits are refused by name rather than failing the save.
+        CountStep(txtScheduledRuns_, QStringLiteral("Scheduled Runs")),
+        CountStep(txtRunsMade_, QStringLiteral("Runs Made")),
     };
+}
+
+ValidationStep frmMaintenance::CountStep(QLineEdit* box, const QString& name) const {
+    const auto problem = NumberEntryProblem(name, box->text(), StoredNumber::Integer);
+    return {[problem] { return problem.has_value(); }, problem.value_or(QString()),
+            box->objectName()};
 }
 
 DeleteRule frmMaintenance::DeleteRules() const {

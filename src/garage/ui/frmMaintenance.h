@@ -49,6 +49,7 @@ protected:
     void ClearFields() override;
     QWidget* NewFocusField() const override;
     std::vector<ValidationStep> ValidationSteps() const override;
+    ValidationStep CountStep(QLineEdit* box, const QString& name) const;
     DeleteRule DeleteRules() const override;
     QString RecordName() const override;
     QString Caption() const override { return QStringLiteral("Maintenance"); }

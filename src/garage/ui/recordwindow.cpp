@@ -319,7 +319,7 @@ void RecordWindow::BuildTools() {
 void RecordWindow::SetToolTips(const QString& noun) {
     for (const ToolHelp& help : kToolHelp) {
         if (QAction* a = tool(QString::fromLatin1(help.id))) {
-            const QString tip = QString::fromLatin1(help.tip).arg(noun);
+            const QString tip = QString::fromLatin1(help.tip).replace(QStringLiteral("%1"), noun);
             a->setToolTip(a->shortcut().isEmpty()
                               ? tip
                               : tip + QStringLiteral(" (") +

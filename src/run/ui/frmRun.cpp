@@ -769,7 +769,10 @@ void frmRun::RunLoadCarTuneUp() {
     SetShowMode(true);
     for (const RunField& f : RunFields()) {
         if (f.fromCar) {
-            SetFieldText(f, tune->value(f.column));
+            const QString text = tune->value(f.column);
+            // A blank carried note is none: the pane shows its hint.
+            SetFieldText(f, f.kind == FieldKind::Notes && text.trimmed().isEmpty() ? QString()
+                                                                                    : text);
         }
     }
     RunTabsRefresh();

@@ -1,7 +1,9 @@
 #include "shell/common/forms.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace slipbook {
 
@@ -435,6 +437,62 @@ KeyVerdict KeyNumericFilter(int key, QStringView text, int selStart, int selLeng
         return KeyVerdict::Swallow;
     }
     return KeyVerdict::Accept;
+}
+
+std::optional<QString> NumberEntryProblem(const QString& fieldName, QStringView text,
+                                          StoredNumber column) {
+    if (TrimSpaces(text).isEmpty()) {
+        return std::nullopt;
+    }
+    auto value = StrictNumber(text);
+    if (!value) {
+        // A number past any double's range is still a number, only too large.
+        QByteArray digits = TrimSpaces(text).toLatin1();
+        digits.replace(',', "");
+        const char* first = digits.constData();
+        const char* last = first + digits.size();
+        if (first != last && *first == '+') {
+            ++first;
+        }
+        double parsed = 0;
+        const auto [end, error] = std::from_chars(first, last, parsed);
+        if (end != last || error != std::errc::result_out_of_range) {
+            return fieldName + QStringLiteral(" Must Be a Number");
+        }
+        value = std::numeric_limits<double>::infinity();
+    }
+    const double whole = std::nearbyint(*value);
+    switch (column) {
+        case StoredNumber::Integer:
+            if (!(whole >= -32768.0 && whole <= 32767.0)) {
+                return fieldName + QStringLiteral(" Must Be a Whole Number From -32,768 To 32,767");
+            }
+            return std::nullopt;
+        case StoredNumber::Long:
+            if (!(whole >= -2147483648.0 && whole <= 2147483647.0)) {
+                return fieldName + QStringLiteral(
+                                       " Must Be a Whole Number From -2,147,483,648 To "
+                                       "2,147,483,647");
+            }
+            return std::nullopt;
+        case StoredNumber::Currency:
+            // Ten-thousandths in 64 bits.
+            if (std::isfinite(*value) && std::fabs(*value) < 922337203685477.0) {
+                return std::nullopt;
+            }
+            break;
+        case StoredNumber::Single:
+            if (std::isfinite(*value) && std::fabs(*value) <= 3.402823466e38) {
+                return std::nullopt;
+            }
+            break;
+        case StoredNumber::Double:
+            if (std::isfinite(*value)) {
+                return std::nullopt;
+            }
+            break;
+    }
+    return fieldName + QStringLiteral(" Is Too Large a Number");
 }
 
 bool IsBlankOrDate(QStringView text, QStringView emptyMask) {

@@ -88,6 +88,14 @@ KeyVerdict KeyNumericFilter(int key, QStringView text, int selStart, int selLeng
 // boxes accept on leaving and on saving.
 bool IsBlankOrDate(QStringView text, QStringView emptyMask);
 
+// What a number column keeps: whole numbers of 16 or 32 bits, money, single or double precision.
+enum class StoredNumber { Integer, Long, Currency, Single, Double };
+// Why a number box's text can't be kept in its column, as a "Data Entry Error" says it ("Points
+// Must Be a Whole Number From -2,147,483,648 To 2,147,483,647"); empty when it can, or when the
+// box is empty. Whole numbers are rounded as they are saved.
+std::optional<QString> NumberEntryProblem(const QString& fieldName, QStringView text,
+                                          StoredNumber column);
+
 // A number box's text on leaving it, padded with "." and zeros to `decimals` places ("12" with
 // 3 gives "12.000", "" gives ".000"); empty when nothing is to be added. Blanks around the number
 // (a stored value is shown with one behind it) are not part of it: "10.9 " gives "10.900".
