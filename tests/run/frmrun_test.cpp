@@ -974,6 +974,11 @@ TEST_F(RunWindow, SmallWindowsScrollRatherThanSqueeze) {
     for (const QSize size : {QSize(800, 600), QSize(700, 500)}) {
         w->resize(size);
         QApplication::processEvents();
+        Grab(*w, QStringLiteral("frmRun-%1").arg(size.width()));
+        Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(1);
+        QApplication::processEvents();
+        Grab(*w, QStringLiteral("frmRun-%1-carb").arg(size.width()));
+        Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(0);
         for (QWidget* child : w->findChildren<QWidget*>()) {
             const bool field = qobject_cast<QLineEdit*>(child) != nullptr ||
                                qobject_cast<QComboBox*>(child) != nullptr ||

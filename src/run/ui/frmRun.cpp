@@ -28,6 +28,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTabWidget>
@@ -216,7 +217,7 @@ QWidget* frmRun::MakeControl(const RunField& f, QWidget* parent) {
         case FieldKind::IdList: {
             auto* combo = new QComboBox(parent);
             combo->setEditable(true);
-            combo->setMinimumContentsLength(14);
+            combo->setMinimumContentsLength(12);
             control = combo;
             break;
         }
@@ -241,7 +242,7 @@ QWidget* frmRun::MakeControl(const RunField& f, QWidget* parent) {
             auto* box = new QLineEdit(parent);
             if (IsNumberKind(f.kind) || f.kind == FieldKind::Calc || f.kind == FieldKind::Split) {
                 box->setFixedWidth(
-                    box->fontMetrics().horizontalAdvance(QStringLiteral("0000000.0000")));
+                    box->fontMetrics().horizontalAdvance(QStringLiteral("00000.0000")));
             }
             control = box;
             break;
@@ -303,7 +304,12 @@ void frmRun::BuildBody() {
     sstabSetup_->setObjectName(QStringLiteral("sstabSetup"));
     for (int tab = 0; tab < TabCaptions().size(); ++tab) {
         QWidget* page = tab == kTabCustom ? BuildCustomTab() : BuildTab(tab);
-        sstabSetup_->addTab(page, TabCaptions()[tab]);
+        // Each tab scrolls on its own, so that the widest tab does not widen the window.
+        auto* scroll = new QScrollArea(sstabSetup_);
+        scroll->setFrameShape(QFrame::NoFrame);
+        scroll->setWidgetResizable(true);
+        scroll->setWidget(page);
+        sstabSetup_->addTab(scroll, TabCaptions()[tab]);
     }
     connect(sstabSetup_->tabBar(), &QTabBar::tabBarClicked, this, [this](int tab) {
         // After the tab has changed.
@@ -353,7 +359,7 @@ QWidget* frmRun::BuildSummary() {
         grid->addWidget(MakeLabel(f.caption, control, panel), row, 0);
         grid->addWidget(control, row, 1, Qt::AlignLeft);
         if (f.kind == FieldKind::IdList || f.kind == FieldKind::Text) {
-            control->setMinimumWidth(200);
+            control->setMinimumWidth(170);
         }
         ++row;
     }
@@ -475,7 +481,7 @@ QWidget* frmRun::BuildTab(int tab) {
             }
             loose->addWidget(label, line, pair * 2);
             loose->addWidget(control, line, pair * 2 + 1);
-            control->setMinimumWidth(140);
+            control->setMinimumWidth(110);
             ++looseCount;
             continue;
         }
@@ -492,15 +498,15 @@ QWidget* frmRun::BuildTab(int tab) {
             const int column = (f.index % arrayColumns) * 2;
             frame->addWidget(MakeLabel(f.caption, control, frame->parentWidget()), line, column);
             frame->addWidget(control, line, column + 1);
-            control->setFixedWidth(90);
+            control->setFixedWidth(72);
         } else if (f.caption.isEmpty()) {
             frame->addWidget(control, frame->rowCount(), 0, 1, 2);
-            control->setFixedWidth(90);
+            control->setFixedWidth(72);
         } else {
             const int line = frame->rowCount();
             frame->addWidget(MakeLabel(f.caption, control, frame->parentWidget()), line, 0);
             frame->addWidget(control, line, 1);
-            control->setMinimumWidth(120);
+            control->setMinimumWidth(100);
         }
     }
     loose->setRowStretch(4, 1);
