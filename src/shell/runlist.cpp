@@ -113,6 +113,23 @@ void RunColumns(store::Database& db, const ListContext& ctx, ListLayout& layout,
     }
 }
 
+// The columns a reader matches a printed line to its row by.
+void MarkIdentifyingColumns(ListLayout& layout) {
+    static const QHash<QString, QStringList> names = {
+        {QStringLiteral("ID_Runs"),
+         {QStringLiteral("dtRun_dt"), QStringLiteral("dtRun_tm"), QStringLiteral("lRun_num")}},
+        {QStringLiteral("ID_Events"),
+         {QStringLiteral("sEvent_nm"), QStringLiteral("dtEventStart_dt")}},
+        {QStringLiteral("ID_Tracks"), {QStringLiteral("sTrack_nm")}},
+        {QStringLiteral("ID_Cars"), {QStringLiteral("sCar_nm"), QStringLiteral("sCar_num")}},
+        {QStringLiteral("ID_Expenses"),
+         {QStringLiteral("dtExpense_dt"), QStringLiteral("lExpenseCategory_id")}}};
+    const QStringList wanted = names.value(layout.mode);
+    for (ListColumn& c : layout.columns) {
+        c.identifiesRow = c.visible && wanted.contains(c.name, Qt::CaseInsensitive);
+    }
+}
+
 }  // namespace
 
 QString RunListSql(const ListContext& ctx) {
@@ -194,6 +211,7 @@ ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListC
         layout.known = false;
         messages.inform(QStringLiteral("Unknown Key: ") + mode);
     }
+    MarkIdentifyingColumns(layout);
     return layout;
 }
 

@@ -1,5 +1,6 @@
 #include "shell/ui/frmMain.h"
 #include "shell/ui/frozentableview.h"
+#include "shell/ui/gridprint.h"
 #include "store/database.h"
 #include "support/logbook.h"
 #include "support/scriptedmessages.h"
@@ -11,9 +12,15 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <QXmlStreamReader>
 
 using namespace slipbook;
 
@@ -23,8 +30,10 @@ QApplication& App() {
     static int argc = 1;
     static char name[] = "shell_ui_tests";
     static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
+    // Never destroyed: torn down among the exit handlers, after the print support it loaded, it
+    // crashes once a print preview has been open.
+    static auto* app = new QApplication(argc, argv);
+    return *app;
 }
 
 QVariant Scalar(store::Database& db, const QString& sql) {
@@ -66,6 +75,97 @@ private:
     QString car_;
     QPointer<QWidget> widget_;
 };
+
+struct PdfWord {
+    QString text;
+    QRectF box;  // points, y downwards
+};
+using PdfLine = std::vector<PdfWord>;
+using PdfPage = std::vector<PdfLine>;
+
+// The words of each page as pdftotext places them, in lines top to bottom, each left to right.
+std::vector<PdfPage> PdfPages(const QString& pdf) {
+    QProcess p;
+    p.start(QStandardPaths::findExecutable(QStringLiteral("pdftotext")),
+            {QStringLiteral("-bbox"), pdf, QStringLiteral("-")});
+    p.waitForFinished(20000);
+    QXmlStreamReader xml(p.readAllStandardOutput());
+    std::vector<std::vector<PdfWord>> words;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (!xml.isStartElement()) {
+            continue;
+        }
+        if (xml.name() == u"page") {
+            words.emplace_back();
+        } else if (xml.name() == u"word" && !words.empty()) {
+            const QXmlStreamAttributes a = xml.attributes();
+            const QRectF box(QPointF(a.value(QLatin1String("xMin")).toDouble(),
+                                     a.value(QLatin1String("yMin")).toDouble()),
+                             QPointF(a.value(QLatin1String("xMax")).toDouble(),
+                                     a.value(QLatin1String("yMax")).toDouble()));
+            words.back().push_back({xml.readElementText(), box});
+        }
+    }
+    std::vector<PdfPage> pages;
+    for (std::vector<PdfWord>& page : words) {
+        std::sort(page.begin(), page.end(),
+                  [](const PdfWord& a, const PdfWord& b) { return a.box.top() < b.box.top(); });
+        pages.emplace_back();
+        for (const PdfWord& w : page) {
+            if (pages.back().empty() || w.box.top() - pages.back().back()[0].box.top() > 2) {
+                pages.back().emplace_back();
+            }
+            pages.back().back().push_back(w);
+        }
+        for (PdfLine& line : pages.back()) {
+            std::sort(line.begin(), line.end(), [](const PdfWord& a, const PdfWord& b) {
+                return a.box.left() < b.box.left();
+            });
+        }
+    }
+    return pages;
+}
+
+QStringList Texts(const PdfLine& line) {
+    QStringList out;
+    for (const PdfWord& w : line) {
+        out << w.text;
+    }
+    return out;
+}
+
+// The box around the first word of each text, looked for from the top of the page.
+QRectF BoxOf(const PdfPage& page, const QStringList& texts) {
+    QRectF box;
+    for (const QString& text : texts) {
+        for (const PdfLine& line : page) {
+            auto it = std::find_if(line.begin(), line.end(),
+                                   [&](const PdfWord& w) { return w.text == text; });
+            if (it != line.end()) {
+                box = box.isNull() ? it->box : box.united(it->box);
+                break;
+            }
+        }
+    }
+    return box;
+}
+
+// Runs under an event whose name is far wider than its column, as racers name them.
+void AddRaceDay(store::Database& db, int runs) {
+    db.Execute(QStringLiteral(
+        "INSERT INTO tblEvents (lEvent_id, sEvent_nm, lTrack_id) VALUES (2, 'Rock ''n'' Roll "
+        "Summer Nationals at Thunder Valley Raceway', 1)"));
+    for (int i = 1; i <= runs; ++i) {
+        db.Execute(QStringLiteral("INSERT INTO tblRuns (lCar_id, lEvent_id, lRun_num, dtRun_dt, "
+                                  "dtRun_tm, lRunType_id, lOpponent_id, i14Mile_et, i60Foot_et, "
+                                  "sTiming_val) VALUES (1, 2, %1, #07/%2/2003#, #%3:15 PM#, 2, 1, "
+                                  "10.%1, 1.4%1, '36 degrees total')")
+                       .arg(i)
+                       .arg(1 + i / 12)
+                       .arg(1 + i % 12));
+    }
+}
 
 }  // namespace
 
@@ -302,4 +402,161 @@ TEST(MainWindow, CalculatorWebPageAndRunsTitle) {
     // The list of a filter keeps the run number and event columns in view.
     EXPECT_TRUE(f.main.grid().GridColumnExists(u"lRun_num"));
     EXPECT_TRUE(f.main.grid().GridColumnExists(u"lEvent_id"));
+}
+
+TEST(MainWindow, PrintedListReadsWholeOnEveryBand) {
+    if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty()) {
+        GTEST_SKIP() << "no pdftotext to read the printed list";
+    }
+    Fixture f;
+    AddRaceDay(f.lb.db(), 60);
+    f.main.setClock([] { return QDateTime(QDate(2003, 7, 4), QTime(21, 47, 30)); });
+    f.main.FormLoadStuff();
+    QComboBox* events = f.main.selector(QStringLiteral("ID_EventList"));
+    events->setCurrentIndex(events->findText(QStringLiteral("Rock"), Qt::MatchStartsWith));
+    Q_EMIT events->activated(events->currentIndex());
+    const QString title = f.main.titleText().trimmed();
+    ASSERT_TRUE(title.contains(QStringLiteral("Thunder Valley Raceway")));
+    QTemporaryDir dir;
+
+    // The quarter-mile view: the page header's parts keep apart although the title is long.
+    const QString quarter = dir.filePath(QStringLiteral("quarter.pdf"));
+    ASSERT_TRUE(f.main.PrintToPdf(quarter));
+    std::vector<PdfPage> pages = PdfPages(quarter);
+    ASSERT_FALSE(pages.empty());
+    const QRectF page = BoxOf(pages[0], {QStringLiteral("Page"), QStringLiteral("1")});
+    const QRectF program =
+        BoxOf(pages[0], shell::PrintHeaderProgramLine().split(u' ', Qt::SkipEmptyParts));
+    const QRectF titleBox = BoxOf(pages[0], title.split(u' ', Qt::SkipEmptyParts));
+    ASSERT_FALSE(page.isNull() || program.isNull() || titleBox.isNull());
+    EXPECT_FALSE(page.intersects(program));
+    EXPECT_FALSE(program.intersects(titleBox))
+        << "program ends at " << program.right() << ", title starts at " << titleBox.left();
+    EXPECT_FALSE(page.intersects(titleBox));
+
+    // A run number and the event beside it, the event and the run type after it, keep a gap
+    // between them; the event's name is cut short within its column.
+    const QRegularExpression date(QStringLiteral("^\\d\\d/\\d\\d/\\d{4}$"));
+    int rowsSeen = 0;
+    qreal gapAfterRun = 100;
+    qreal gapAfterEvent = 100;
+    for (const PdfLine& line : pages[0]) {
+        const QStringList words = Texts(line);
+        const qsizetype type = words.indexOf(QStringLiteral("Qualifying"));
+        if (!date.match(words[0]).hasMatch() || type < 5 || words[4] != u"Rock") {
+            continue;
+        }
+        ++rowsSeen;
+        gapAfterRun = std::min(gapAfterRun, line[4].box.left() - line[3].box.right());
+        gapAfterEvent = std::min(gapAfterEvent, line[type].box.left() - line[type - 1].box.right());
+        EXPECT_TRUE(words[type - 1].endsWith(u'…')) << words.join(u' ').toStdString();
+    }
+    EXPECT_GT(rowsSeen, 10);
+    EXPECT_GE(gapAfterRun, 2.5);
+    EXPECT_GE(gapAfterEvent, 2.5);
+
+    // The widest view goes on in bands; each band's pages start with the date, time and run
+    // number of each row, every caption is printed whole, and every page is stamped.
+    QComboBox* views = f.main.selector(QStringLiteral("ID_Views"));
+    views->setCurrentIndex(views->findText(QStringLiteral("PRO"), Qt::MatchContains));
+    Q_EMIT views->activated(views->currentIndex());
+    const TextGridModel& grid = f.main.grid();
+    QSet<QString> runs;
+    QSet<QString> cellWords;
+    for (int r = 0; r < grid.RowCount(); ++r) {
+        runs << grid.Cell(r, grid.ColumnIndex(u"dtRun_dt")) + u' ' +
+                    grid.Cell(r, grid.ColumnIndex(u"dtRun_tm")) + u' ' +
+                    grid.Cell(r, grid.ColumnIndex(u"lRun_num"));
+        for (int c = 0; c < grid.ColumnCount(); ++c) {
+            for (const QString& w : grid.Cell(r, c).split(u' ')) {
+                cellWords << w;
+            }
+        }
+    }
+    const QString pro = dir.filePath(QStringLiteral("pro.pdf"));
+    ASSERT_TRUE(f.main.PrintToPdf(pro));
+    pages = PdfPages(pro);
+    ASSERT_GE(pages.size(), 6u);
+    const QStringList keys{QStringLiteral("Date"), QStringLiteral("Time"), QStringLiteral("Run"),
+                           QStringLiteral("#")};
+    QSet<QString> printedWords;
+    int pagesWithoutKeys = 0;
+    int rowsWithoutKeys = 0;
+    int printedRows = 0;
+    for (const PdfPage& sheet : pages) {
+        for (const PdfLine& line : sheet) {
+            for (const PdfWord& w : line) {
+                printedWords << w.text;
+            }
+        }
+        EXPECT_EQ(Texts(sheet.back()).join(u' ').toStdString(), "Printed 7/4/2003 9:47:30 PM");
+        auto captions = std::find_if(sheet.begin(), sheet.end(), [&](const PdfLine& line) {
+            return Texts(line).mid(0, 4) == keys;
+        });
+        if (captions == sheet.end()) {
+            ++pagesWithoutKeys;
+            continue;
+        }
+        for (auto line = captions + 1; line != sheet.end() - 1; ++line) {
+            ++printedRows;
+            rowsWithoutKeys += runs.contains(Texts(*line).mid(0, 4).join(u' ')) ? 0 : 1;
+        }
+    }
+    EXPECT_EQ(pagesWithoutKeys, 0);
+    EXPECT_EQ(rowsWithoutKeys, 0);
+    EXPECT_EQ(printedRows % grid.RowCount(), 0);
+    EXPECT_GT(printedRows, grid.RowCount());
+    // A caption word that is no cell's word can only have come from the caption.
+    for (int c = 0; c < grid.ColumnCount(); ++c) {
+        if (!grid.Column(c).visible) {
+            continue;
+        }
+        for (const QString& word : grid.Column(c).caption.split(u' ', Qt::SkipEmptyParts)) {
+            if (!cellWords.contains(word)) {
+                EXPECT_TRUE(printedWords.contains(word)) << word.toStdString();
+            }
+        }
+    }
+}
+
+TEST(MainWindow, PrintFromThePreviewIsStampedWhenItPrints) {
+    if (QStandardPaths::findExecutable(QStringLiteral("pdftotext")).isEmpty()) {
+        GTEST_SKIP() << "no pdftotext to read the printed list";
+    }
+    Fixture f;
+    AddRaceDay(f.lb.db(), 3);
+    QDateTime now(QDate(2003, 7, 4), QTime(9, 15, 0));
+    f.main.setClock([&] { return now; });
+    f.main.FormLoadStuff();
+    QTemporaryDir dir;
+    const QString pdf = dir.filePath(QStringLiteral("printed.pdf"));
+
+    // The preview opens at 9:15; the racer reads it a while and prints at 9:47, to a file.
+    bool printed = false;
+    QTimer::singleShot(0, [&] {
+        auto* preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(preview, nullptr);
+        preview->printer()->setOutputFileName(pdf);
+        now = now.addSecs(32 * 60 + 30);
+        QTimer::singleShot(0, [&] {
+            auto* dialog = qobject_cast<QPrintDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            dialog->accept();
+            printed = true;
+        });
+        const QList<QAction*> actions = preview->findChildren<QAction*>();
+        auto print = std::find_if(actions.begin(), actions.end(),
+                                  [](QAction* a) { return a->text() == QStringLiteral("Print"); });
+        ASSERT_NE(print, actions.end());
+        (*print)->trigger();
+    });
+    QAction* tool = f.main.tool(QStringLiteral("ID_Print"));
+    ASSERT_TRUE(tool->isEnabled());
+    tool->trigger();
+    ASSERT_TRUE(printed);
+    const std::vector<PdfPage> pages = PdfPages(pdf);
+    ASSERT_FALSE(pages.empty());
+    for (const PdfPage& sheet : pages) {
+        EXPECT_EQ(Texts(sheet.back()).join(u' ').toStdString(), "Printed 7/4/2003 9:47:30 AM");
+    }
 }

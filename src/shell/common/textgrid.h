@@ -36,6 +36,9 @@ struct GridColumn {
     QString format;
     int alignment = 0;                // 0 left, 1 right, 2 centre
     bool headerFollowsCells = false;  // the caption takes the cells' alignment
+    // Tells a reader which row a line is (a run's date, time and number): a printed list wider
+    // than the page repeats these columns at the head of every band.
+    bool identifiesRow = false;
 };
 
 class TextGridModel : public QAbstractTableModel {

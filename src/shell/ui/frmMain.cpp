@@ -919,30 +919,14 @@ void frmMain::AllowSelectDifferentRun() {
 // Printing
 
 bool frmMain::PrintToPdf(const QString& path) {
-    QPdfWriter pdf(path);
-    pdf.setTitle(title_->text().trimmed());
-    pdf.setPageSize(QPageSize(QPageSize::Letter));
-    pdf.setPageOrientation(PrintWantsLandscape(*model_) ? QPageLayout::Landscape
-                                                        : QPageLayout::Portrait);
-    pdf.setResolution(300);
-    return shell::PrintGrid({model_, title_->text(), QDateTime::currentDateTime()}, pdf) > 0;
+    return PrintGridToPdf({model_, title_->text(), now_}, path);
 }
 
 void frmMain::PrintGrid() {
     if (model_->RowCount() < 1) {
         return;
     }
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setPageOrientation(PrintWantsLandscape(*model_) ? QPageLayout::Landscape
-                                                            : QPageLayout::Portrait);
-    printer.setDocName(title_->text().trimmed());
-    QPrintPreviewDialog preview(&printer, this);
-    preview.setWindowTitle(tr("Print Preview"));
-    const QDateTime printed = QDateTime::currentDateTime();
-    connect(&preview, &QPrintPreviewDialog::paintRequested, this, [this, printed](QPrinter* p) {
-        shell::PrintGrid({model_, title_->text(), printed}, *p);
-    });
-    preview.exec();
+    PreviewGrid({model_, title_->text(), now_}, this);
 }
 
 // ---------------------------------------------------------------------------------------------

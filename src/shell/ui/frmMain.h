@@ -9,6 +9,7 @@
 #include "shell/ui/windowtable.h"
 #include "store/database.h"
 
+#include <QDateTime>
 #include <QHash>
 #include <QMainWindow>
 #include <QPointer>
@@ -44,6 +45,7 @@ public:
     using TuneUpFactory = std::function<TuneUpWindow*(frmMain& main)>;
     // Asks a folder or file of the user, for the logbook copies; empty when cancelled.
     using PathChooser = std::function<QString(const QString& caption, bool folder)>;
+    using Clock = std::function<QDateTime()>;
 
     frmMain(store::Database& db, Messages& messages, const QString& commandLine,
             const QString& appDir, QWidget* parent = nullptr);
@@ -68,6 +70,8 @@ public:
     void setUrlOpener(UrlOpener opener) { urlOpener_ = std::move(opener); }
     void setProgramStarter(ProgramStarter starter) { programStarter_ = std::move(starter); }
     void setPathChooser(PathChooser chooser) { pathChooser_ = std::move(chooser); }
+    // The time printed lists are stamped with; the system's unless a test sets one.
+    void setClock(Clock clock) { now_ = std::move(clock); }
 
     store::Database& database() const { return db_; }
     Messages& messages() const { return messages_; }
@@ -186,6 +190,7 @@ private:
     UrlOpener urlOpener_;
     ProgramStarter programStarter_;
     PathChooser pathChooser_;
+    Clock now_ = [] { return QDateTime::currentDateTime(); };
 
     bool loading_ = false;
     int lockCount_ = 0;
