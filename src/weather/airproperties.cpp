@@ -1,5 +1,6 @@
 #include "weather/airproperties.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace slipbook::weather {
@@ -23,9 +24,19 @@ constexpr double kDewPoint[] = {4.06124650957558, 196.297018266086,  -257.596311
                                 213.925961976324, -99.0834226608958, 23.3600830457471,
                                 -2.17073708075477};
 
-// The wet bulb search walks down from T in half degrees; far beyond any weather it would not
-// end in useful time, or at all once T - 0.5 == T.
-constexpr long kMaxWetBulbRounds = 20'000'000;
+// The wet bulb search looks at the half degrees from T down to 32. The gap it tests, the short
+// curve's pressure less the psychrometric term, rises with w (the curve rises above 32 degrees,
+// at least 0.0070 in Hg a degree, and the term shrinks toward T), so past the first hit every
+// lower half degree is a hit too: halving finds the first one without stepping through the
+// range. A weather reading walks at most 177 half degrees, and keeps the plain walk.
+constexpr qint64 kShortWalk = 256;
+// Half degrees walked above the one halving found, so that rounding at a near tie can't move it.
+constexpr qint64 kWalkMargin = 8;
+constexpr double kLeastCurveSlope = 0.0070;
+// Below this every T - k / 2 is exact, so halving and walking meet the same half degrees.
+constexpr double kExactHalves = 4503599627370496.0;  // 2^52
+// A walk that halving can't shorten (at 2^52 and beyond, T - 0.5 == T) gives up here.
+constexpr int kMaxWalkRounds = 4096;
 
 // c1 * x + c0 first, then each higher power added in turn: a tie at the display grain must
 // fall as it always has.
@@ -68,6 +79,60 @@ CalcResult<double> PressureAltitudeToBarometer(QStringView altitudeText) {
 
 CalcResult<double> BarometerToPressureAltitude(QStringView barometerText) {
     return ConvertThroughText(barometerText, kBarometerToAltitude, u"###,##0");
+}
+
+CalcResult<WetBulbSearch> SearchWetBulb(double T, double H, double B) {
+    CheckedMath m;
+    const double Vw = m.mul(Polynomial(m, kSaturationShort, T), m.div(H, 100));
+    if (m.failed()) {
+        return CalcResult<WetBulbSearch>::failure(m.error());
+    }
+    WetBulbSearch search;
+    const auto gap = [&](double w) {
+        ++search.rounds;
+        return m.sub(Polynomial(m, kSaturationShort, w),
+                     m.div(m.mul(m.sub(T, w), m.div(B, 29.92)), 90));
+    };
+
+    qint64 start = 0;  // in half degrees below T
+    if (T >= 32 && T < kExactHalves && B / 29.92 / 90 > -kLeastCurveSlope) {
+        const auto last = static_cast<qint64>(std::floor((T - 32) * 2));
+        if (last > kShortWalk) {
+            // The first hit lies in (below, above]; last + 1 stands for none at all.
+            qint64 below = -1;
+            qint64 above = last + 1;
+            while (above - below > 1) {
+                const qint64 mid = below + (above - below) / 2;
+                if (gap(T - 0.5 * static_cast<double>(mid)) < Vw) {
+                    above = mid;
+                } else {
+                    below = mid;
+                }
+            }
+            if (m.failed()) {
+                return CalcResult<WetBulbSearch>::failure(m.error());
+            }
+            start = std::max<qint64>(0, above - kWalkMargin);
+        }
+    }
+
+    // The first w from T down to 32 whose gap falls strictly below the vapour pressure; none
+    // gives 0.
+    for (double w = T - 0.5 * static_cast<double>(start); w >= 32; w = w + -0.5) {
+        const double f = gap(w);
+        if (m.failed()) {
+            return CalcResult<WetBulbSearch>::failure(m.error());
+        }
+        if (f < Vw) {
+            search.value = w;
+            break;
+        }
+        if (w + -0.5 == w || search.rounds >= kMaxWalkRounds) {
+            return CalcResult<WetBulbSearch>::failure(
+                QStringLiteral("Wet bulb search does not end"));
+        }
+    }
+    return search;
 }
 
 CalcResult<AirProperties> CalcAirProperties(QStringView temperatureText, QStringView humidityText,
@@ -114,28 +179,9 @@ CalcResult<AirProperties> CalcAirProperties(QStringView temperatureText, QString
         return CalcResult<AirProperties>::failure(m.error());
     }
 
-    // The first w from T down to 32 whose short-curve pressure, less the psychrometric term,
-    // falls strictly below the vapour pressure; none gives 0.
-    const double Vw = m.mul(Polynomial(m, kSaturationShort, T), m.div(H, 100));
-    double W = 0;
-    long rounds = 0;
-    for (double w = T; w >= 32; w = w + -0.5) {
-        const double f = m.sub(Polynomial(m, kSaturationShort, w),
-                               m.div(m.mul(m.sub(T, w), m.div(B, 29.92)), 90));
-        if (m.failed()) {
-            return CalcResult<AirProperties>::failure(m.error());
-        }
-        if (f < Vw) {
-            W = w;
-            break;
-        }
-        if (w + -0.5 == w || ++rounds >= kMaxWetBulbRounds) {
-            return CalcResult<AirProperties>::failure(
-                QStringLiteral("Wet bulb search does not end"));
-        }
-    }
-    if (m.failed()) {
-        return CalcResult<AirProperties>::failure(m.error());
+    const auto wetBulb = SearchWetBulb(T, H, B);
+    if (!wetBulb) {
+        return CalcResult<AirProperties>::failure(wetBulb.error());
     }
 
     AirProperties p;
@@ -145,7 +191,7 @@ CalcResult<AirProperties> CalcAirProperties(QStringView temperatureText, QString
     p.VaporPressure = Pv;
     p.DryBarometer = Dry;
     p.DewPoint = Dp;
-    p.WetBulbTemp = W;
+    p.WetBulbTemp = wetBulb->value;
     return p;
 }
 

@@ -49,6 +49,17 @@ CalcResult<double> BarometerToPressureAltitude(QStringView barometerText);
 CalcResult<AirProperties> CalcAirProperties(QStringView temperatureText, QStringView humidityText,
                                             QStringView barometerText);
 
+// The wet bulb search of CalcAirProperties on its own, for the unrounded temperature, humidity
+// (after the floor for zero) and barometer: the first half degree from T down to 32 whose
+// short-curve pressure, less the psychrometric term, falls strictly below the vapour pressure,
+// or 0. `rounds` counts the half degrees looked at: at most 257, and 62 for any input the
+// calculation gets this far with beyond 160.5 degrees.
+struct WetBulbSearch {
+    double value = 0;
+    int rounds = 0;
+};
+CalcResult<WetBulbSearch> SearchWetBulb(double temperature, double humidity, double barometer);
+
 // The texts ShowAirProperties writes into the fields of kAirFields.
 AirTexts AirPropertyTexts(const AirProperties& properties);
 

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QLocale>
 #include <QSaveFile>
+#include <QStringList>
 
 #ifdef Q_OS_WIN
 #include <windows.h>
@@ -60,6 +61,22 @@ qsizetype LineEnd(const QString& text, qsizetype from, qsizetype& next) {
     }
     next = text.size();
     return text.size();
+}
+
+// The ranges the window holds typed figures to. Inside all three the calculation can't fail,
+// so a failure names the inputs outside theirs.
+struct InputRange {
+    QStringView name;
+    double low;
+    double high;
+};
+constexpr InputRange kTemperatureRange{u"temperature", 32, 120};
+constexpr InputRange kHumidityRange{u"humidity", 0, 100};
+constexpr InputRange kBarometerRange{u"barometric pressure", 20, 31.5};
+
+QString OutOfRange(const InputRange& range, QStringView text) {
+    return QStringLiteral("%1 %2 is out of range (%3-%4)")
+        .arg(range.name, text.trimmed(), PlainNumberText(range.low), PlainNumberText(range.high));
 }
 
 const QLocale& UsLocale() {
@@ -147,9 +164,7 @@ CalcResult<QString> PressureAltitudeText(QStringView barometerText) {
     }
     const auto altitude = BarometerToPressureAltitude(PlainNumberText(*b));
     if (!altitude) {
-        return CalcResult<QString>::failure(
-            QStringLiteral("no pressure altitude for barometric pressure %1 (%2)")
-                .arg(barometerText, altitude.error()));
+        return CalcResult<QString>::failure(OutOfRange(kBarometerRange, barometerText));
     }
     return PlainNumberText(*altitude);
 }
@@ -161,8 +176,7 @@ CalcResult<QString> BarometerText(QStringView altitudeText) {
     const auto barometer = PressureAltitudeToBarometer(altitudeText);
     if (!barometer) {
         return CalcResult<QString>::failure(
-            QStringLiteral("no barometric pressure for pressure altitude %1 (%2)")
-                .arg(altitudeText, barometer.error()));
+            QStringLiteral("pressure altitude %1 is out of range").arg(altitudeText.trimmed()));
     }
     return PlainNumberText(*barometer);
 }
@@ -203,9 +217,8 @@ Recalculation PlanRecalculation(QStringView temperatureText, QStringView humidit
     const auto b = LeadingNumber(barometerText);
     if (!t || !b) {
         r.kind = Recalculation::Kind::Failed;
-        r.reason =
-            QStringLiteral("%1 is out of range")
-                .arg(!t ? QStringLiteral("temperature") : QStringLiteral("barometric pressure"));
+        r.reason = !t ? OutOfRange(kTemperatureRange, temperatureText)
+                      : OutOfRange(kBarometerRange, barometerText);
         return r;
     }
     if (!(*t > 0 && *b > 0)) {
@@ -216,23 +229,59 @@ Recalculation PlanRecalculation(QStringView temperatureText, QStringView humidit
     if (!p) {
         r.kind = Recalculation::Kind::Failed;
         // The conversions come in the order temperature, humidity, barometer.
-        const std::pair<QStringView, QStringView> inputs[] = {
-            {u"temperature", temperatureText},
-            {u"humidity", humidityText},
-            {u"barometric pressure", barometerText}};
-        for (const auto& [name, text] : inputs) {
+        const std::pair<const InputRange&, QStringView> inputs[] = {
+            {kTemperatureRange, temperatureText},
+            {kHumidityRange, humidityText},
+            {kBarometerRange, barometerText}};
+        for (const auto& [range, text] : inputs) {
             if (!StrictNumber(text)) {
-                r.reason = NotANumberReason(name, text);
+                r.reason = NotANumberReason(range.name, text);
                 return r;
             }
         }
-        r.reason = QStringLiteral("the air figures can't be calculated from these inputs (%1)")
-                       .arg(p.error());
+        QStringList outside;
+        for (const auto& [range, text] : inputs) {
+            const double value = *StrictNumber(text);
+            if (value < range.low || value > range.high) {
+                outside << OutOfRange(range, text);
+            }
+        }
+        r.reason = outside.isEmpty()
+                       ? QStringLiteral("the air figures can't be calculated from these inputs")
+                       : outside.join(QStringLiteral(" and "));
         return r;
     }
     r.kind = Recalculation::Kind::Computed;
     r.texts = AirPropertyTexts(*p);
     return r;
+}
+
+StationReading PlanStationReading(QStringView record) {
+    StationReading reading;
+    const StationFields fields = ParseStationRecord(record);
+    if (fields.count == 0) {
+        return reading;
+    }
+    reading.kind = StationReading::Kind::NotUsed;
+    if (!fields.complete()) {
+        reading.reason = NotANumberReason(
+            fields.count == 1 ? kHumidityRange.name : kBarometerRange.name, QStringView());
+        return reading;
+    }
+    const auto& [temperature, humidity, barometer] = fields.texts;
+    const auto altitude = PressureAltitudeText(barometer);
+    if (!altitude) {
+        reading.reason = altitude.error();
+        return reading;
+    }
+    reading.recalculation = PlanRecalculation(temperature, humidity, barometer);
+    if (reading.recalculation.failed()) {
+        reading.reason = reading.recalculation.reason;
+        return reading;
+    }
+    reading.kind = StationReading::Kind::Used;
+    reading.inputs = {temperature, humidity, barometer, *altitude};
+    return reading;
 }
 
 int NextPollInterval(int previousInterval, bool liveWeather, bool fileOpened) {

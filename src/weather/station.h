@@ -80,7 +80,7 @@ struct Recalculation {
     enum class Kind {
         Zeros,     // temperature or barometer not above zero: seven "0", nothing pushed
         Computed,  // the seven figures, to be pushed to the other windows
-        Failed,    // no number to compute with: the figures stay, `reason` says why
+        Failed,    // not calculated: the figures stay, `reason` names the input at fault
     };
     Kind kind = Kind::Zeros;
     AirTexts texts;
@@ -91,6 +91,21 @@ struct Recalculation {
 };
 Recalculation PlanRecalculation(QStringView temperatureText, QStringView humidityText,
                                 QStringView barometerText);
+
+// What the weather window does with a station record. A reading is used whole or not at all,
+// so the inputs never stand beside figures that were not calculated from them.
+struct StationReading {
+    enum class Kind {
+        Nothing,  // no field in the record: no input changes, silently
+        NotUsed,  // inputs and figures stay as they were; `reason` says why
+        Used,     // the four inputs, then the recalculation from them
+    };
+    Kind kind = Kind::Nothing;
+    std::array<QString, 4> inputs;  // temperature, humidity, barometer, pressure altitude
+    Recalculation recalculation;
+    QString reason;
+};
+StationReading PlanStationReading(QStringView record);
 
 // Why a field's text can't be used: "humidity is empty", "barometric pressure "x" is not a
 // number".

@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -316,6 +317,51 @@ TEST_F(FormHelpers, NumberBoxesFilterKeysPadAndMoveOn) {
     form.first->setText(QStringLiteral("1.2345"));
     form.third->setFocus();
     EXPECT_EQ(form.first->text(), "1.2345");
+}
+
+TEST_F(FormHelpers, EnteringABoxSelectsItsTextButFocusComingBackDoesNot) {
+    Form form;
+    InstallSelectAllOnFocus(form.second);
+    InstallSelectAllOnFocus(form.third);
+    form.second->setText(QStringLiteral("12"));
+    form.third->setText(QStringLiteral("34"));
+    QWidget other;
+    const auto activate = [](QWidget* window) {
+        window->show();
+        window->activateWindow();
+        return QTest::qWaitForWindowActive(window);
+    };
+
+    QTest::mouseClick(form.second, Qt::LeftButton);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(form.second->selectedText(), "12");
+    QTest::keyClick(form.second, Qt::Key_End);
+
+    // A context menu or another window takes the focus and gives it back: the cursor stays.
+    QMenu menu;
+    menu.addAction(QStringLiteral("Copy"));
+    menu.popup(form.second->mapToGlobal(QPoint(0, 0)));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&menu));
+    menu.close();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(form.second->hasFocus());
+    EXPECT_FALSE(form.second->hasSelectedText());
+    ASSERT_TRUE(activate(&other));
+    ASSERT_TRUE(activate(&form.window));
+    ASSERT_TRUE(form.second->hasFocus());
+    EXPECT_FALSE(form.second->hasSelectedText());
+
+    // Focus put on a box while its window is inactive, as a message box closes, arrives with
+    // the activation but enters the box; so does a box left that way before.
+    form.second->setCursorPosition(0);
+    ASSERT_TRUE(activate(&other));
+    form.third->setFocus();
+    ASSERT_TRUE(activate(&form.window));
+    EXPECT_EQ(form.third->selectedText(), "34");
+    ASSERT_TRUE(activate(&other));
+    form.second->setFocus();
+    ASSERT_TRUE(activate(&form.window));
+    EXPECT_EQ(form.second->selectedText(), "12");
 }
 
 TEST_F(FormHelpers, EnterMovesOnFromAnyBox) {

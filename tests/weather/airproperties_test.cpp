@@ -7,7 +7,9 @@
 #include <QStringList>
 
 #include <array>
+#include <cmath>
 #include <ostream>
+#include <random>
 
 // Readable failure messages.
 inline void PrintTo(const QString& s, std::ostream* os) {
@@ -19,6 +21,7 @@ using slipbook::weather::BarometerToPressureAltitude;
 using slipbook::weather::CalcAirProperties;
 using slipbook::weather::PressureAltitudeToBarometer;
 using slipbook::weather::RecalculatedAirTexts;
+using slipbook::weather::SearchWetBulb;
 
 namespace {
 
@@ -111,8 +114,59 @@ TEST(AirProperties, GuardsAndRunTimeErrors) {
     EXPECT_EQ(Shown("75", "50", "1e3"), "error: Invalid procedure call or argument");
     EXPECT_EQ(Shown("1e400", "50", "29.92"), "error: Overflow");
     EXPECT_EQ(Shown("1e20", "-50", "29.92"), "error: Overflow");
-    // A search that would not end in useful time is cut off rather than hanging.
-    EXPECT_EQ(Shown("3e7", "-50", "29.92"), "error: Wet bulb search does not end");
+    // Where T - 0.5 == T the search can't step down.
+    EXPECT_EQ(SearchWetBulb(5e15, 1e-60, 29.92).error(), "Wet bulb search does not end");
+}
+
+// The wet bulb search as the formula states it: every half degree from T down to 32.
+double WalkedWetBulb(double t, double h, double b) {
+    const auto curve = [](double x) {
+        constexpr double c[] = {0.1037899, -0.002710861, 0.0001905341, -1.504772e-06, 1.699244e-08};
+        double r = c[1] * x + c[0];
+        for (int i = 2; i < 5; ++i) {
+            r = r + c[i] * std::pow(x, i);
+        }
+        return r;
+    };
+    const double vw = curve(t) * (h / 100);
+    for (double w = t; w >= 32; w = w + -0.5) {
+        if (curve(w) - ((t - w) * (b / 29.92)) / 90 < vw) {
+            return w;
+        }
+    }
+    return 0;
+}
+
+TEST(AirProperties, WetBulbSearchFindsTheSameHalfDegreeInFewRounds) {
+    std::mt19937 random(20050704);
+    const auto between = [&random](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    // Weather walks half degree by half degree, 177 rounds at most.
+    for (int i = 0; i < 2000; ++i) {
+        const double t = between(32, 120), h = i % 40 ? between(0, 100) : 0.000001,
+                     b = between(20, 31.5);
+        const auto s = SearchWetBulb(t, h, b);
+        ASSERT_TRUE(s.ok());
+        ASSERT_EQ(s->value, WalkedWetBulb(t, h, b)) << t << " " << h << " " << b;
+        ASSERT_LE(s->rounds, 177);
+    }
+    // Beyond it the half degree is found by halving, the same one.
+    for (int i = 0; i < 300; ++i) {
+        const double t = between(160.5, 3000), h = between(-100, 200), b = between(1, 60);
+        const auto s = SearchWetBulb(t, h, b);
+        ASSERT_TRUE(s.ok());
+        ASSERT_EQ(s->value, WalkedWetBulb(t, h, b)) << t << " " << h << " " << b;
+        ASSERT_LE(s->rounds, 30);
+    }
+    // The reading that once held the window for a second, and the far end of the range.
+    for (const double t : {3e7, 4e15}) {
+        const auto s = SearchWetBulb(t, -50, 29.92);
+        ASSERT_TRUE(s.ok());
+        EXPECT_EQ(s->value, 0);
+        EXPECT_LE(s->rounds, 62);
+    }
+    EXPECT_LE(SearchWetBulb(1e6, 0.000001, 29.92)->rounds, 62);
 }
 
 TEST(SlipbookCalc, PrintsTheWindowTexts) {

@@ -69,6 +69,32 @@ public:
     }
 };
 
+bool Activate(QWidget* window) {
+    window->show();
+    window->activateWindow();
+    return QTest::qWaitForWindowActive(window);
+}
+
+// When `modal`, each box behaves as the window system shows it: it takes the activation while it
+// is up, and the window it came from is activated again only after the box is gone.
+class ModalMessages : public test::ScriptedMessages {
+public:
+    MsgAnswer show(const Message& message) override {
+        const MsgAnswer answer = ScriptedMessages::show(message);
+        if (!modal) {
+            return answer;
+        }
+        if (!box) {
+            box = std::make_unique<QWidget>();
+        }
+        EXPECT_TRUE(Activate(box.get()));
+        box->hide();
+        return answer;
+    }
+    bool modal = false;
+    std::unique_ptr<QWidget> box;
+};
+
 const QString kWaiting = "( ... waiting for weather ... )";
 const QString kStamp = "Mon 07/04/2005 at 03:05:09 PM";
 const QStringList kGoodPushes = {"CalcAllETPrediction 1.0294 1,468", "CalcAllTuneUp 95.80"};
@@ -137,7 +163,7 @@ protected:
 
     QTemporaryDir dir;
     PagingMain main;
-    test::ScriptedMessages messages;
+    ModalMessages messages;
     FakeTimer* timer = nullptr;
     QDateTime now{QDate(2005, 7, 4), QTime(15, 5, 9)};
     std::unique_ptr<frmWeather> w;
@@ -359,38 +385,83 @@ TEST_F(WeatherWindow, FailedCalculationKeepsTheFiguresPushesNothingAndSaysWhy) {
     EXPECT_EQ(main.calls.size(), pushed + 4);
 }
 
-TEST_F(WeatherWindow, StationFieldThatIsNoNumberIsShownNotPushed) {
+TEST_F(WeatherWindow, TypingOverTheZeroLeftByARangeMessageReplacesIt) {
+    messages.modal = true;
+    Click("cmdManualWeather");
+    QLineEdit* temp = Box("txtTemp");
+    QTest::mouseClick(temp, Qt::LeftButton);
+    QCoreApplication::processEvents();
+    QTest::keyClicks(temp, "130");
+    QTest::keyClick(temp, Qt::Key_Tab);
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(Text("txtTemp"), "0");
+    // The box is gone and the window system hands the activation back.
+    ASSERT_TRUE(Activate(w.get()));
+    ASSERT_EQ(QApplication::focusWidget(), temp);
+    QTest::keyClicks(temp, "80");
+    QTest::keyClick(temp, Qt::Key_Tab);
+    EXPECT_EQ(Text("txtTemp"), "80");
+    EXPECT_EQ(messages.shown.size(), 1u);
+
+    // Coming back from another window is no new entry: typing goes on where it was.
+    QLineEdit* humidity = Box("txtHumidity");
+    ASSERT_EQ(QApplication::focusWidget(), humidity);
+    QTest::keyClicks(humidity, "5");
+    QWidget other;
+    ASSERT_TRUE(Activate(&other));
+    ASSERT_TRUE(Activate(w.get()));
+    QTest::keyClicks(humidity, "0");
+    EXPECT_EQ(Text("txtHumidity"), "50");
+}
+
+TEST_F(WeatherWindow, UnusableStationReadingLeavesTheInputsWithTheirFigures) {
     Station("x, 75, 50, 29.92");
     timer->tick();
     main.calls.clear();
     const QByteArray page = Page();
-    const QString good = Figures();
+    const QString good = Inputs() + " / " + Figures();
+    now = now.addSecs(60);
 
-    Station("x, 75, 50, abc");
-    timer->tick();
-    EXPECT_EQ(Caption("lblStatus"),
-              "Station reading not used: barometric pressure \"abc\" is not a number.");
-    EXPECT_EQ(Text("txtBarometricPressure"), "abc");
-    EXPECT_EQ(Text("txtPressureAltitude"), "1");
-    EXPECT_FALSE(StationFileThere());
-
-    Station("x, 75, zz, 29.92");
-    timer->tick();
-    EXPECT_EQ(Caption("lblStatus"), "Not calculated: humidity \"zz\" is not a number.");
-
-    // Far outside any weather the arithmetic fails.
-    Station("x, 5000, 100, 29.92");
-    timer->tick();
-    EXPECT_TRUE(Caption("lblStatus").startsWith("Not calculated: the air figures can't be"));
-    EXPECT_EQ(Figures(), good);
+    const auto notUsed = [&](const QByteArray& record, const QString& why) {
+        SCOPED_TRACE(record.toStdString());
+        Station(record);
+        timer->tick();
+        EXPECT_EQ(Caption("lblStatus"), "Station reading not used: " + why + ".");
+        EXPECT_EQ(Inputs() + " / " + Figures(), good);
+        EXPECT_FALSE(StationFileThere());
+    };
+    notUsed("x, 99999, 50, 29.92", "temperature 99999 is out of range (32-120)");
+    notUsed("x, 250, 150, 29.92",
+            "temperature 250 is out of range (32-120) and humidity 150 is out of range (0-100)");
+    notUsed("x, 75, 50, abc", "barometric pressure \"abc\" is not a number");
+    notUsed("x, 75, zz, 29.92", "humidity \"zz\" is not a number");
+    notUsed("x, 75, 50, 1e80", "barometric pressure 1e80 is out of range (20-31.5)");
+    // A record that stops after the temperature.
+    notUsed("x, 80, ", "humidity is empty");
+    EXPECT_EQ(Caption("WeatherTime"), kStamp);
     EXPECT_TRUE(main.calls.isEmpty());
     EXPECT_EQ(Page(), page);
     EXPECT_TRUE(messages.shown.empty());
 
+    // A zero temperature is used, with the figures cleared beside it.
+    Station("x, 0, 50, 29.92");
+    timer->tick();
+    EXPECT_EQ(Inputs() + " / " + Figures(), "0 50 29.92 1 / 0 0 0 0 0 0 0");
+    EXPECT_EQ(Caption("lblStatus"), "");
+    EXPECT_TRUE(main.calls.isEmpty());
+
+    // Far beyond any weather and with no humidity to speak of, the reading is taken as it
+    // comes (the arithmetic's tests hold its search to a few dozen rounds).
+    Station("x, 30000000, -50, 29.92");
+    timer->tick();
+    EXPECT_EQ(Text("txtTemp"), "30000000");
+    EXPECT_EQ(Text("txtWetBulbTemp"), "0.0");
+    EXPECT_EQ(Caption("lblStatus"), "");
+
     Station("x, 75, 50, 29.92");
     timer->tick();
-    EXPECT_EQ(Caption("lblStatus"), "");
-    EXPECT_EQ(main.calls, kGoodPushes);
+    EXPECT_EQ(Inputs() + " / " + Figures(), good);
+    EXPECT_EQ(Caption("WeatherTime"), "Mon 07/04/2005 at 03:06:09 PM");
 }
 
 }  // namespace

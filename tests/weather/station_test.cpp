@@ -63,7 +63,9 @@ TEST(StationRecord, DerivedPressureAltitudeAndBarometerTexts) {
     // The station's humidity in the barometer: through the polynomial, no range test.
     ASSERT_TRUE(PressureAltitudeText(u"70").ok());
     EXPECT_EQ(PressureAltitudeText(u"").error(), "barometric pressure is empty");
-    EXPECT_FALSE(PressureAltitudeText(u"1e300").ok());
+    EXPECT_EQ(PressureAltitudeText(u"1e300").error(),
+              "barometric pressure 1e300 is out of range (20-31.5)");
+    EXPECT_EQ(BarometerText(u" 1e90").error(), "pressure altitude 1e90 is out of range");
 }
 
 TEST(StationFiles, ReadingTakesLineTwoOrTheOnlyLineAndDeletesOnlyWhenAsked) {
@@ -141,7 +143,11 @@ TEST(WeatherWindowLogic, RecalculationShowsZerosOrSaysWhy) {
 
     EXPECT_EQ(PlanRecalculation(u"75x", u"50", u"29.92").reason,
               "temperature \"75x\" is not a number");
-    EXPECT_TRUE(PlanRecalculation(u"1e999", u"50", u"29.92").failed());
+    // Past the arithmetic's limits the reason names the inputs outside the window's ranges.
+    EXPECT_EQ(PlanRecalculation(u"1e999", u"50", u"29.92").reason,
+              "temperature 1e999 is out of range (32-120)");
+    EXPECT_EQ(PlanRecalculation(u"75", u"50", u"1e3").reason,
+              "barometric pressure 1e3 is out of range (20-31.5)");
 }
 
 TEST(WeatherWindowLogic, TimeStampAfterMidnight) {

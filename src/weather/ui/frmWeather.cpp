@@ -277,7 +277,8 @@ void frmWeather::InputLostFocus(QLineEdit* input) {
     const auto value = LeadingNumber(input->text());
     if (!value) {
         ShowStatus(Sentence(QStringLiteral("Not calculated: "),
-                            QString::fromLatin1(range.field) + QStringLiteral(" is out of range")));
+                            QStringLiteral("%1 %2 is out of range")
+                                .arg(QString::fromLatin1(range.field), input->text())));
         return;
     }
     // A zero is taken as not entered yet.
@@ -302,9 +303,12 @@ void frmWeather::InputLostFocus(QLineEdit* input) {
 }
 
 void frmWeather::Recalculate() {
+    ShowRecalculation(
+        PlanRecalculation(txtTemp_->text(), txtHumidity_->text(), txtBarometricPressure_->text()));
+}
+
+void frmWeather::ShowRecalculation(const Recalculation& r) {
     WeatherTime_->setText(WeatherTimeText(now_()));
-    const Recalculation r =
-        PlanRecalculation(txtTemp_->text(), txtHumidity_->text(), txtBarometricPressure_->text());
     if (r.failed()) {
         ShowStatus(Sentence(QStringLiteral("Not calculated: "), r.reason));
         return;
@@ -403,22 +407,24 @@ void frmWeather::BrokerTimer_Timer() {
         return;
     }
 
-    // Station figures are taken as they come, without the ranges that guard typing.
-    const StationFields fields = ParseStationRecord(weatherBuffer_);
-    QLineEdit* const targets[] = {txtTemp_, txtHumidity_, txtBarometricPressure_};
-    for (int i = 0; i < fields.count; ++i) {
-        targets[i]->setText(fields.texts[static_cast<size_t>(i)]);
+    // Station figures are taken as they come, without the ranges that guard typing; a reading
+    // that can't be calculated leaves the inputs with the figures they gave.
+    const StationReading reading = PlanStationReading(weatherBuffer_);
+    switch (reading.kind) {
+        case StationReading::Kind::Nothing:
+            return;
+        case StationReading::Kind::NotUsed:
+            ShowStatus(Sentence(QStringLiteral("Station reading not used: "), reading.reason));
+            return;
+        case StationReading::Kind::Used:
+            break;
     }
-    if (!fields.complete()) {
-        return;
+    QLineEdit* const inputs[] = {txtTemp_, txtHumidity_, txtBarometricPressure_,
+                                 txtPressureAltitude_};
+    for (size_t i = 0; i < reading.inputs.size(); ++i) {
+        inputs[i]->setText(reading.inputs[i]);
     }
-    const auto altitude = PressureAltitudeText(txtBarometricPressure_->text());
-    if (!altitude) {
-        ShowStatus(Sentence(QStringLiteral("Station reading not used: "), altitude.error()));
-        return;
-    }
-    txtPressureAltitude_->setText(*altitude);
-    Recalculate();
+    ShowRecalculation(reading.recalculation);
 }
 
 void frmWeather::ShowFigures(const std::array<QString, 7>& texts) {

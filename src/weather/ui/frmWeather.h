@@ -24,6 +24,8 @@ class MainContext;
 
 namespace slipbook::weather {
 
+struct Recalculation;
+
 class frmWeather : public QWidget {
     Q_OBJECT
 
@@ -60,6 +62,7 @@ private:
     void BrokerTimer_Timer();
     void InputLostFocus(QLineEdit* input);
     void SetInputsLocked(bool locked);
+    void ShowRecalculation(const Recalculation& r);
     void ShowFigures(const std::array<QString, 7>& texts);
     void ShowStatus(const QString& text);
     QLineEdit* NextInput(const QLineEdit* input) const;

@@ -233,20 +233,50 @@ private:
     int decimals_;
 };
 
+// Focus that comes back to the box when its window is activated again or a menu closes leaves
+// the text as it was. Focus put on the box while its window was inactive (as a message box
+// closes) arrives by activation too, but is an entry like any other.
 class SelectAllFilter : public QObject {
 public:
     using QObject::QObject;
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         auto* edit = qobject_cast<QLineEdit*>(watched);
-        if (edit != nullptr && event->type() == QEvent::FocusIn &&
-            IsFieldMove(static_cast<QFocusEvent*>(event))) {
-            edit->selectAll();
-            // A mouse click places the cursor after the focus arrives; select again after it.
-            QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
+        if (edit == nullptr) {
+            return false;
+        }
+        switch (event->type()) {
+            case QEvent::FocusOut:
+                away_ = !IsFieldMove(static_cast<QFocusEvent*>(event));
+                break;
+            case QEvent::WindowActivate:
+                // The focus moved on while the window was inactive; it won't come back here.
+                if (edit->window()->focusWidget() != edit) {
+                    away_ = false;
+                }
+                break;
+            case QEvent::FocusIn:
+                if (IsFieldMove(static_cast<QFocusEvent*>(event)) || !away_) {
+                    edit->selectAll();
+                    // A mouse click places the cursor after the focus arrives; select again
+                    // after it, unless typing came first.
+                    QTimer::singleShot(0, edit, [edit, text = edit->text()] {
+                        if (edit->hasFocus() && edit->text() == text) {
+                            edit->selectAll();
+                        }
+                    });
+                }
+                away_ = false;
+                break;
+            default:
+                break;
         }
         return false;
     }
+
+private:
+    // The box had the focus when another window or a menu took it.
+    bool away_ = false;
 };
 
 template <typename Add>
