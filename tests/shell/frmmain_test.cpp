@@ -11,16 +11,29 @@
 #include <QComboBox>
 #include <QFile>
 #include <QFileInfo>
+#include <QHeaderView>
+#include <QLabel>
 #include <QPointer>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QProcess>
+#include <QProxyStyle>
 #include <QRegularExpression>
 #include <QStandardPaths>
+#include <QStyleFactory>
+#include <QStyleOptionHeader>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 #include <QXmlStreamReader>
+
+#include <ostream>
+
+// Readable failure messages.
+inline void PrintTo(const QString& s, std::ostream* os) {
+    *os << '"' << s.toStdString() << '"';
+}
 
 using namespace slipbook;
 
@@ -30,8 +43,8 @@ QApplication& App() {
     static int argc = 1;
     static char name[] = "shell_ui_tests";
     static char* argv[] = {name, nullptr};
-    // Never destroyed: torn down among the exit handlers, after the print support it loaded, it
-    // crashes once a print preview has been open.
+    // Never destroyed: torn down among the exit handlers it crashes, after the print support it
+    // loaded or with the input devices that QTest makes.
     static auto* app = new QApplication(argc, argv);
     return *app;
 }
@@ -57,6 +70,41 @@ struct Fixture {
     test::ScriptedMessages box;
     shell::frmMain main;
 };
+
+// Lets posted layout requests run, as the event loop would between two user actions.
+void Settle() {
+    QTest::qWait(20);
+}
+
+// Every caption a header paints, as the style is handed it.
+class HeaderRecorder : public QProxyStyle {
+public:
+    HeaderRecorder() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        if (const auto* h = qstyleoption_cast<const QStyleOptionHeader*>(option);
+            h != nullptr && element == CE_Header) {
+            painted.push_back({h->section, h->text, h->sortIndicator,
+                               subElementRect(SE_HeaderLabel, h, widget).width(),
+                               h->fontMetrics.horizontalAdvance(h->text)});
+        }
+        QProxyStyle::drawControl(element, option, painter, widget);
+    }
+    struct Section {
+        int column;
+        QString text;
+        QStyleOptionHeader::SortIndicator arrow;
+        int room;
+        int textWidth;
+    };
+    mutable std::vector<Section> painted;
+};
+
+void ClickSection(QHeaderView* header, int column) {
+    const QPoint at(header->sectionViewportPosition(column) + header->sectionSize(column) / 2,
+                    header->height() / 2);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, at);
+}
 
 class FakePrediction : public shell::PredictionWindow {
 public:
@@ -559,4 +607,147 @@ TEST(MainWindow, PrintFromThePreviewIsStampedWhenItPrints) {
     for (const PdfPage& sheet : pages) {
         EXPECT_EQ(Texts(sheet.back()).join(u' ').toStdString(), "Printed 7/4/2003 9:47:30 AM");
     }
+}
+
+TEST(MainWindow, FitsAnEightHundredPixelScreenAndKeepsItsSizeForLongNames) {
+    Fixture f;
+    store::Database& db = f.lb.db();
+    const QString longEvent = QStringLiteral(
+        "Thirty-Second Annual Mid-Summer Nationals Presented By Everyone Who Ever "
+        "Sponsored Anything At All");
+    db.Execute(QStringLiteral("INSERT INTO tblEvents (lEvent_id, sEvent_nm, lTrack_id) VALUES "
+                              "(90, '%1', 1)")
+                   .arg(longEvent));
+    db.Execute(
+        QStringLiteral("INSERT INTO tblTracks (lTrack_id, sTrack_nm) VALUES (90, "
+                       "'Greater Northwestern International Motorsports Park and Dragway')"));
+    f.main.FormLoadStuff();
+    f.main.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&f.main));
+    f.main.resize(800, 600);
+    Settle();
+    ASSERT_EQ(f.main.size(), QSize(800, 600));
+
+    const QStringList selectors = {QStringLiteral("ID_CarsLabel"),   QStringLiteral("ID_CarList"),
+                                   QStringLiteral("ID_EventsLabel"), QStringLiteral("ID_EventList"),
+                                   QStringLiteral("ID_TracksLabel"), QStringLiteral("ID_TrackList"),
+                                   QStringLiteral("ID_Views")};
+    // Shown whole: at least as wide as it asks to be, and inside the window.
+    auto checkWhole = [&](const char* when) {
+        for (const QString& name : selectors) {
+            auto* w = f.main.findChild<QWidget*>(name);
+            ASSERT_NE(w, nullptr) << qPrintable(name);
+            EXPECT_TRUE(w->isVisible()) << when << ' ' << qPrintable(name);
+            EXPECT_GE(w->width(), w->sizeHint().width()) << when << ' ' << qPrintable(name);
+            EXPECT_LE(w->mapTo(&f.main, QPoint(w->width(), 0)).x(), f.main.width())
+                << when << ' ' << qPrintable(name);
+        }
+        for (QWidget* w : f.main.findChildren<QWidget*>()) {
+            if ((qobject_cast<QLabel*>(w) != nullptr || qobject_cast<QComboBox*>(w) != nullptr) &&
+                w->isVisible()) {
+                EXPECT_GE(w->width(), w->minimumSizeHint().width())
+                    << when << ' ' << qPrintable(w->objectName());
+            }
+        }
+    };
+    checkWhole("at 800 x 600");
+
+    // A narrower window puts selectors into the bar's overflow, each with its label.
+    const std::vector<std::pair<QString, QString>> pairs = {
+        {QStringLiteral("ID_CarsLabel"), QStringLiteral("ID_CarList")},
+        {QStringLiteral("ID_EventsLabel"), QStringLiteral("ID_EventList")},
+        {QStringLiteral("ID_TracksLabel"), QStringLiteral("ID_TrackList")}};
+    for (int width = 780; width >= 300; width -= 10) {
+        f.main.resize(width, 600);
+        Settle();
+        for (const auto& [label, box] : pairs) {
+            EXPECT_EQ(f.main.findChild<QWidget*>(label)->isVisible(),
+                      f.main.findChild<QWidget*>(box)->isVisible())
+                << "at " << width << ' ' << qPrintable(label);
+        }
+    }
+    f.main.resize(800, 600);
+    Settle();
+
+    // Picking the longest names by keyboard leaves the window as it was.
+    QComboBox* events = f.main.selector(QStringLiteral("ID_EventList"));
+    events->setFocus();
+    QTest::keyClicks(events, QStringLiteral("Thirty"));
+    Settle();
+    ASSERT_EQ(f.main.CurrentEventId(), 90);
+    EXPECT_EQ(f.main.size(), QSize(800, 600));
+    QComboBox* tracks = f.main.selector(QStringLiteral("ID_TrackList"));
+    tracks->setFocus();
+    QTest::keyClicks(tracks, QStringLiteral("Greater"));
+    Settle();
+    ASSERT_EQ(f.main.CurrentTrackId(), 90);
+    EXPECT_EQ(f.main.size(), QSize(800, 600));
+    EXPECT_TRUE(f.main.titleText().contains(longEvent));
+    checkWhole("with the long names");
+}
+
+TEST(MainWindow, HeadersShowTheSortArrowAndElideCaptionsThatDoNotFit) {
+    Fixture f;
+    store::Database& db = f.lb.db();
+    AddRun(db, 31, 1, "07/01/2003", "10:00 AM", "10.5");
+    AddRun(db, 32, 1, "07/02/2003", "10:00 AM", "9.25");
+    AddRun(db, 33, 1, "07/03/2003", "10:00 AM", "9.75");
+    // Columns far narrower than their captions.
+    db.Execute(QStringLiteral("UPDATE tblListViewColumns SET lColumnWidth = 300"));
+    f.main.FormLoadStuff();
+    f.main.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&f.main));
+    shell::FrozenTableView* view = f.main.gridView();
+    QHeaderView* header = view->horizontalHeader();
+    QHeaderView* frozen = view->frozenView()->horizontalHeader();
+    HeaderRecorder recorder;
+    header->setStyle(&recorder);
+
+    // Every caption painted fits its section: whole, or cut short with an ellipsis.
+    header->grab();
+    ASSERT_FALSE(recorder.painted.empty());
+    int elided = 0;
+    for (const auto& p : recorder.painted) {
+        const QString caption = f.main.grid().Column(p.column).caption;
+        EXPECT_LE(p.textWidth, p.room) << qPrintable(caption);
+        if (p.text != caption) {
+            ++elided;
+            EXPECT_TRUE(p.text.endsWith(QChar(0x2026))) << qPrintable(p.text);
+            EXPECT_TRUE(caption.startsWith(p.text.chopped(1))) << qPrintable(p.text);
+        }
+    }
+    EXPECT_GT(elided, 0);
+
+    // A click on a header sorts by it and puts the arrow there, ascending however often it is
+    // clicked.
+    const int et = f.main.grid().ColumnIndex(u"i14Mile_et");
+    ASSERT_GE(et, view->frozenColumns());
+    view->scrollTo(f.main.grid().index(0, et));
+    Settle();
+    ClickSection(header, et);
+    EXPECT_EQ(f.main.grid().Cell(0, 0), QStringLiteral("32"));
+    EXPECT_TRUE(header->isSortIndicatorShown());
+    EXPECT_EQ(header->sortIndicatorSection(), et);
+    ClickSection(header, et);
+    EXPECT_EQ(header->sortIndicatorOrder(), Qt::AscendingOrder);
+    recorder.painted.clear();
+    header->grab();
+    for (const auto& p : recorder.painted) {
+        EXPECT_EQ(p.arrow != QStyleOptionHeader::None, p.column == et) << p.column;
+    }
+
+    // The columns that stay in view have their own header on top, which shows it alike.
+    const int date = f.main.grid().ColumnIndex(u"dtRun_dt");
+    ASSERT_LT(date, view->frozenColumns());
+    ClickSection(frozen, date);
+    EXPECT_EQ(f.main.grid().Cell(0, 0), QStringLiteral("31"));
+    EXPECT_EQ(frozen->sortIndicatorSection(), date);
+    EXPECT_TRUE(frozen->isSortIndicatorShown());
+    EXPECT_EQ(header->sortIndicatorSection(), date);
+
+    // A reload comes in the list's own order, with no arrow.
+    f.main.ToolClick(QStringLiteral("ID_Runs"));
+    EXPECT_FALSE(header->isSortIndicatorShown() && header->sortIndicatorSection() >= 0);
+    EXPECT_FALSE(frozen->isSortIndicatorShown() && frozen->sortIndicatorSection() >= 0);
+    header->setStyle(nullptr);
 }

@@ -131,6 +131,7 @@ QVariant TextGridModel::headerData(int section, Qt::Orientation orientation, int
     const GridColumn& column = columns_[section];
     switch (role) {
         case Qt::DisplayRole:
+        case Qt::ToolTipRole:  // the whole caption where the column is too narrow for it
             return column.caption;
         case Qt::TextAlignmentRole:
             return AlignmentFlags(column.headerFollowsCells ? column.alignment : 0);

@@ -3,6 +3,7 @@
 #include "shell/common/numbers.h"
 #include "shell/common/ui/formhelpers.h"
 #include "shell/mainstate.h"
+#include "shell/ui/fitwidgets.h"
 #include "shell/ui/frozentableview.h"
 #include "shell/ui/gridprint.h"
 #include "store/access.h"
@@ -41,6 +42,65 @@ namespace slipbook::shell {
 namespace {
 
 const QString kNotYet = QStringLiteral("Not available yet");
+
+// What each tool does, as its tip and in the status line.
+QString ToolTipOf(const QString& id) {
+    static const QHash<QString, QString> kTips = {
+        {QStringLiteral("ID_New"), QStringLiteral("Enter a new run")},
+        {QStringLiteral("ID_NewRun"), QStringLiteral("Enter a new run")},
+        {QStringLiteral("ID_Open"), QStringLiteral("Open the selected run")},
+        {QStringLiteral("ID_Delete"), QStringLiteral("Delete the selected run")},
+        {QStringLiteral("ID_Print"), QStringLiteral("Print the list as it is shown")},
+        {QStringLiteral("ID_PrintForm"),
+         QStringLiteral("Prints nothing here; Print prints the list")},
+        {QStringLiteral("ID_CopyToDiskette"),
+         QStringLiteral("Copy the logbook to a removable drive or another folder")},
+        {QStringLiteral("ID_CopyFromDiskette"),
+         QStringLiteral("Replace the logbook with a copy; the one replaced is kept beside it")},
+        {QStringLiteral("ID_Exit"), QStringLiteral("Close Slipbook")},
+        {QStringLiteral("ID_Cut"), QStringLiteral("Cuts nothing here: the list is read only")},
+        {QStringLiteral("ID_Copy"), QStringLiteral("Copies nothing here: the list is read only")},
+        {QStringLiteral("ID_Paste"), QStringLiteral("Pastes nothing here: the list is read only")},
+        {QStringLiteral("ID_Runs"),
+         QStringLiteral("List the runs of the chosen car, event and track")},
+        {QStringLiteral("ID_Events"), QStringLiteral("Enter and change events")},
+        {QStringLiteral("ID_Cars"), QStringLiteral("Enter and change cars")},
+        {QStringLiteral("ID_Tracks"), QStringLiteral("Enter and change tracks")},
+        {QStringLiteral("ID_Expenses"), QStringLiteral("Enter and change expenses")},
+        {QStringLiteral("ID_Maintenance"),
+         QStringLiteral("Maintenance items of the car, counted down in runs")},
+        {QStringLiteral("ID_Filter"), QStringLiteral("Filter Run Data")},
+        {QStringLiteral("ID_ViewSetup"), QStringLiteral("Choose the columns of the run list")},
+        {QStringLiteral("ID_DefaultView"),
+         QStringLiteral("The view picked in the list of views is always the default")},
+        {QStringLiteral("ID_Weather"),
+         QStringLiteral("Weather and air figures, from the station or typed in")},
+        {QStringLiteral("ID_ETTS"),
+         QStringLiteral("Dial-in and throttle stop predictions for the car")},
+        {QStringLiteral("ID_TuneUp"), QStringLiteral("Jet and pill changes for the air")},
+        {QStringLiteral("ID_TestTune"), QStringLiteral("Test and tune calculators")},
+        {QStringLiteral("ID_Calculator"), QStringLiteral("Start the system's calculator")},
+        {QStringLiteral("ID_CompactDatabase"),
+         QStringLiteral("Nothing to do: the logbook keeps itself compact")},
+        {QStringLiteral("ID_RepairDatabase"),
+         QStringLiteral("Nothing to do: every save is whole or not made at all")},
+        {QStringLiteral("ID_Contents"), QStringLiteral("Open the help pages")},
+        {QStringLiteral("ID_Quadrumex"), QStringLiteral("Open the maker's web page")},
+        {QStringLiteral("ID_About"), QStringLiteral("Name and version of the program")},
+        {QStringLiteral("ID_CarList"),
+         QStringLiteral("The car whose runs are listed; the car picked opens at the next start")},
+        {QStringLiteral("ID_EventList"), QStringLiteral("List the runs of one event, or of all")},
+        {QStringLiteral("ID_TrackList"), QStringLiteral("List the runs at one track, or at all")},
+        {QStringLiteral("ID_Views"),
+         QStringLiteral("The columns of the run list; the view picked opens at the next start")},
+    };
+    return kTips.value(id);
+}
+
+void SetTip(QAction* action, const QString& tip) {
+    action->setToolTip(tip);
+    action->setStatusTip(tip);
+}
 
 // Layout units are twips, 15 to a pixel for the small system font they were chosen for; a
 // larger font widens the columns alike.
@@ -94,6 +154,7 @@ QAction* frmMain::AddTool(const QString& id, const QString& caption, QMenu* menu
     if (action == nullptr) {
         action = new QAction(caption, this);
         action->setObjectName(id);
+        SetTip(action, ToolTipOf(id));
         tools_.insert(id, action);
         connect(action, &QAction::triggered, this, [this, id] { ToolClick(id); });
     }
@@ -106,8 +167,14 @@ QAction* frmMain::AddTool(const QString& id, const QString& caption, QMenu* menu
 void frmMain::NotYet(const QString& id) {
     if (QAction* a = tool(id)) {
         a->setEnabled(false);
-        a->setToolTip(kNotYet);
-        a->setStatusTip(kNotYet);
+        SetTip(a, kNotYet);
+    }
+}
+
+void frmMain::Available(const QString& id) {
+    if (QAction* a = tool(id)) {
+        a->setEnabled(true);
+        SetTip(a, ToolTipOf(id));
     }
 }
 
@@ -193,34 +260,46 @@ void frmMain::BuildTools() {
     auto* selectors = addToolBar(tr("Selectors"));
     selectors->setObjectName(QStringLiteral("atbMainSelectors"));
     selectors->setMovable(false);
+    // A label and its box are one tool, so that a selector the bar has no room for goes into
+    // the bar's overflow with its label.
     auto combo = [this, selectors](const QString& id, const QString& labelId, const QString& label,
-                                   int width) {
-        if (!labelId.isEmpty()) {
-            auto* l = new QLabel(label, selectors);
-            l->setObjectName(labelId);
-            l->setContentsMargins(8, 0, 4, 0);
-            QAction* a = selectors->addWidget(l);
-            a->setObjectName(labelId);
-            tools_.insert(labelId, a);
-        }
-        auto* c = new QComboBox(selectors);
+                                   int characters, bool stretches) {
+        auto* pair = new QWidget(selectors);
+        pair->setObjectName(id + QStringLiteral("Pair"));
+        auto* row = new QHBoxLayout(pair);
+        row->setContentsMargins(labelId.isEmpty() ? 2 : 8, 0, 2, 0);
+        row->setSpacing(4);
+        auto* c = new SelectorBox(characters, pair);
         c->setObjectName(id);
-        c->setMinimumWidth(width);
-        c->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-        QAction* a = selectors->addWidget(c);
+        c->setToolTip(ToolTipOf(id));
+        c->setStatusTip(ToolTipOf(id));
+        if (stretches) {
+            c->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+        }
+        if (!labelId.isEmpty()) {
+            auto* l = new QLabel(label, pair);
+            l->setObjectName(labelId);
+            l->setBuddy(c);
+            row->addWidget(l);
+        }
+        row->addWidget(c);
+        QAction* a = selectors->addWidget(pair);
         a->setObjectName(id + QStringLiteral("Tool"));
         tools_.insert(id, a);
+        if (!labelId.isEmpty()) {
+            tools_.insert(labelId, a);
+        }
         connect(c, &QComboBox::activated, this, [this, id] { SelectorPicked(id); });
         return c;
     };
-    carList_ = combo(QStringLiteral("ID_CarList"), QStringLiteral("ID_CarsLabel"), tr("Car:"), 160);
-    eventList_ =
-        combo(QStringLiteral("ID_EventList"), QStringLiteral("ID_EventsLabel"), tr("Event:"), 180);
-    trackList_ =
-        combo(QStringLiteral("ID_TrackList"), QStringLiteral("ID_TracksLabel"), tr("Track:"), 160);
-    views_ = combo(QStringLiteral("ID_Views"), QString(), QString(), 140);
+    carList_ =
+        combo(QStringLiteral("ID_CarList"), QStringLiteral("ID_CarsLabel"), tr("Car:"), 12, false);
+    eventList_ = combo(QStringLiteral("ID_EventList"), QStringLiteral("ID_EventsLabel"),
+                       tr("Event:"), 14, true);
+    trackList_ = combo(QStringLiteral("ID_TrackList"), QStringLiteral("ID_TracksLabel"),
+                       tr("Track:"), 12, true);
+    views_ = combo(QStringLiteral("ID_Views"), QString(), QString(), 12, false);
 
-    tool(QStringLiteral("ID_Filter"))->setToolTip(tr("Filter Run Data"));
     // Windows of later issues: present, waiting for their window.
     for (const char* id : {"ID_New", "ID_NewRun", "ID_Open", "ID_Delete", "ID_Events", "ID_Cars",
                            "ID_Tracks", "ID_Expenses", "ID_Maintenance", "ID_Weather", "ID_ETTS",
@@ -239,7 +318,7 @@ void frmMain::BuildCentral() {
     auto* topLayout = new QHBoxLayout(top);
     topLayout->setContentsMargins(0, 0, 0, 0);
     topLayout->setSpacing(0);
-    title_ = new QLabel(appTitle_, top);
+    title_ = new ElidedLabel(appTitle_, top);
     title_->setObjectName(QStringLiteral("pnlTitleBar"));
     title_->setStyleSheet(
         QStringLiteral("background: #1b2430; color: white; font-size: 13pt; font-weight: bold;"
@@ -345,14 +424,13 @@ void frmMain::RegisterWindow(const QString& key, WindowFactory factory) {
     lists_[key].open = std::move(factory);
     if (key == u"ID_Runs") {
         for (const char* id : {"ID_New", "ID_NewRun", "ID_Open"}) {
-            tool(QString::fromLatin1(id))->setEnabled(true);
-            tool(QString::fromLatin1(id))->setToolTip(QString());
+            Available(QString::fromLatin1(id));
         }
-    } else if (QAction* a = tool(key)) {
-        a->setEnabled(true);
-        a->setToolTip(key == u"ID_Filter" ? (filterActive_ ? filterString_ : tr("Filter Run Data"))
-                                          : QString());
-        a->setStatusTip(QString());
+    } else {
+        Available(key);
+        if (key == u"ID_Filter" && filterActive_) {
+            SetTip(tool(key), filterString_);
+        }
     }
 }
 
@@ -365,14 +443,12 @@ void frmMain::RegisterDelete(const QString& key, std::function<void(const QStrin
 
 void frmMain::RegisterPrediction(PredictionFactory factory) {
     predictionFactory_ = std::move(factory);
-    tool(QStringLiteral("ID_ETTS"))->setEnabled(true);
-    tool(QStringLiteral("ID_ETTS"))->setToolTip(QString());
+    Available(QStringLiteral("ID_ETTS"));
 }
 
 void frmMain::RegisterTuneUp(TuneUpFactory factory) {
     tuneUpFactory_ = std::move(factory);
-    tool(QStringLiteral("ID_TuneUp"))->setEnabled(true);
-    tool(QStringLiteral("ID_TuneUp"))->setToolTip(QString());
+    Available(QStringLiteral("ID_TuneUp"));
 }
 
 QWidget* frmMain::OpenWindow(const QString& key) const {
@@ -549,6 +625,8 @@ void frmMain::ListLoad(const QString& mode) {
     BusyCursor busy;
     grid_->setUpdatesEnabled(false);
     grid_->setFrozenColumns(0);
+    // A load comes in the statement's order.
+    grid_->setSortColumn(-1);
     model_->Clear();
     currentView_ = mode;
     ListContext ctx;
@@ -648,6 +726,7 @@ void frmMain::HeadClick(int column) {
     const QString key = SelectedCellText(0);
     BusyCursor busy;
     model_->GridSort(column);
+    grid_->setSortColumn(column);
     const int row = key.isEmpty() ? -1 : model_->GridFindRow(key);
     if (row >= 0) {
         SelectRow(row);
@@ -727,12 +806,12 @@ void frmMain::RunsTool() {
     QAction* filter = tool(QStringLiteral("ID_Filter"));
     if (filterActive_) {
         title += QStringLiteral(" (Filter Active)");
-        filter->setToolTip(filterString_);
+        SetTip(filter, filterString_);
     } else {
         title += QStringLiteral(" for ") + eventDesc_.trimmed() + QStringLiteral(" at ") +
                  trackDesc_.trimmed();
-        filter->setToolTip(lists_.value(QStringLiteral("ID_Filter")).open ? tr("Filter Run Data")
-                                                                          : kNotYet);
+        SetTip(filter,
+               lists_.value(QStringLiteral("ID_Filter")).open ? tr("Filter Run Data") : kNotYet);
     }
     title_->setText(title);
     ListLoad(QStringLiteral("ID_Runs"));
@@ -816,9 +895,10 @@ void frmMain::DeleteToolRefresh() {
     QAction* del = tool(QStringLiteral("ID_Delete"));
     const ListHandlers handlers = lists_.value(currentView_);
     if (!handlers.remove) {
-        del->setEnabled(false);
+        NotYet(del->objectName());
         return;
     }
+    SetTip(del, ToolTipOf(del->objectName()));
     if (model_->RowCount() == 0) {
         del->setEnabled(false);
     } else if (handlers.canDelete) {
@@ -826,7 +906,6 @@ void frmMain::DeleteToolRefresh() {
     } else {
         del->setEnabled(true);
     }
-    del->setToolTip(QString());
 }
 
 void frmMain::FilterToggled(bool down) {

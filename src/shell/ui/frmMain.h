@@ -164,7 +164,9 @@ private:
     void BuildTools();
     void BuildCentral();
     QAction* AddTool(const QString& id, const QString& caption, QMenu* menu = nullptr);
+    // A tool waiting for its window: disabled, and its tip says so.
     void NotYet(const QString& id);
+    void Available(const QString& id);
     void ReportStatus(const QString& text);
     void ShowAbout();
     void SelectorPicked(const QString& id);

@@ -1,12 +1,27 @@
 #include "shell/ui/frozentableview.h"
 
-#include <QHeaderView>
 #include <QScrollBar>
+#include <QStyleOptionHeader>
 
 namespace slipbook::shell {
 
+GridHeader::GridHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+    setSectionsClickable(true);
+}
+
+void GridHeader::initStyleOptionForIndex(QStyleOptionHeader* option, int logicalIndex) const {
+    QHeaderView::initStyleOptionForIndex(option, logicalIndex);
+    // The label's room within the section, less the sort arrow's where there is one.
+    QStyleOptionHeader probe(*option);
+    probe.rect = QRect(0, 0, sectionSize(logicalIndex), height());
+    const int room = style()->subElementRect(QStyle::SE_HeaderLabel, &probe, this).width();
+    option->text = option->fontMetrics.elidedText(option->text, Qt::ElideRight, room);
+}
+
 FrozenTableView::FrozenTableView(QWidget* parent) : QTableView(parent) {
+    setHorizontalHeader(new GridHeader(this));
     overlay_ = new QTableView(this);
+    overlay_->setHorizontalHeader(new GridHeader(overlay_));
     overlay_->setObjectName(QStringLiteral("ssdbgMainSplit"));
     overlay_->setFocusPolicy(Qt::NoFocus);
     overlay_->verticalHeader()->hide();
@@ -51,6 +66,14 @@ void FrozenTableView::setModel(QAbstractItemModel* model) {
 void FrozenTableView::setFrozenColumns(int count) {
     frozen_ = count;
     SyncColumns();
+}
+
+void FrozenTableView::setSortColumn(int column) {
+    // The sort is always ascending, whatever the header's own toggle made of a second click.
+    for (QHeaderView* header : {horizontalHeader(), overlay_->horizontalHeader()}) {
+        header->setSortIndicatorShown(column >= 0);
+        header->setSortIndicator(column, Qt::AscendingOrder);
+    }
 }
 
 void FrozenTableView::SyncColumns() {

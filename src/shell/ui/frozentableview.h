@@ -1,8 +1,21 @@
 #pragma once
 
+#include <QHeaderView>
 #include <QTableView>
 
 namespace slipbook::shell {
+
+// A column header whose caption ends in "..." where its column is too narrow for it, rather
+// than being cut off within a letter.
+class GridHeader : public QHeaderView {
+    Q_OBJECT
+
+public:
+    explicit GridHeader(QWidget* parent = nullptr);
+
+protected:
+    void initStyleOptionForIndex(QStyleOptionHeader* option, int logicalIndex) const override;
+};
 
 // A table whose first columns stay in view while the others scroll sideways: a second view over
 // the same model and selection lies on top of the left edge.
@@ -17,6 +30,8 @@ public:
     void setFrozenColumns(int count);
     int frozenColumns() const { return frozen_; }
     QTableView* frozenView() const { return overlay_; }
+    // The sort arrow on the column, on both headers; -1 shows none.
+    void setSortColumn(int column);
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 protected:
