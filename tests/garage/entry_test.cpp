@@ -222,6 +222,16 @@ TEST_F(Entry, TheKeyboardSavesClosesAndMovesOn) {
     Key(*maintenance, Qt::Key_Tab);
     EXPECT_FALSE(description->hasFocus());
     EXPECT_FALSE(description->toPlainText().contains(u'\t'));
+    // Ctrl+Enter in a pane saves and closes too, rather than breaking the line.
+    const qint64 item = maintenance->CurrentRecordId();
+    ClickInto(description);
+    QTest::keyClicks(description, QStringLiteral(" soon"));
+    Key(*maintenance, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_FALSE(maintenance->isVisible());
+    EXPECT_TRUE(Text(QStringLiteral("SELECT sMaintenanceNotes_tx FROM tblMaintenance WHERE "
+                                    "lMaintenance_id = %1")
+                         .arg(item))
+                    .contains(QStringLiteral(" soon")));
 }
 
 TEST_F(Entry, MenusHaveOneMnemonicEachAndToolsSayWhatTheyDo) {
