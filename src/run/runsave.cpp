@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <functional>
 
 namespace slipbook::run {
 
@@ -17,8 +18,23 @@ namespace {
 
 const QString kNull = QStringLiteral("Null");
 
-QString SqlText(const QString& text) {
-    return u'\'' + TextReplace(text, u"'", u"''") + u'\'';
+// A text between apostrophes, each of its own doubled.
+void AppendSqlText(QString& out, QStringView text) {
+    out += u'\'';
+    for (const QChar c : text) {
+        out += c;
+        if (c == u'\'') {
+            out += c;
+        }
+    }
+    out += u'\'';
+}
+
+QString SqlText(QStringView text) {
+    QString out;
+    out.reserve(text.size() + 2);
+    AppendSqlText(out, text);
+    return out;
 }
 
 // A number no column can hold is refused rather than written as infinity or a wrapped integer;
@@ -110,19 +126,6 @@ QString ValueLiteral(const RunField& f, const RunValues& v) {
     return kNull;
 }
 
-// The fields a statement writes, in their order.
-std::vector<const RunField*> StatementFields(int statement, bool adding) {
-    std::vector<const RunField*> fields;
-    for (const RunField& f : RunFields()) {
-        if (f.statement == statement && (adding || f.kind != FieldKind::Hidden)) {
-            fields.push_back(&f);
-        }
-    }
-    std::stable_sort(fields.begin(), fields.end(),
-                     [](const RunField* a, const RunField* b) { return a->rank < b->rank; });
-    return fields;
-}
-
 // The car's statements follow the run's, the notes first.
 int CarStatementOf(const RunField& f) {
     if (f.carColumn.isEmpty()) {
@@ -149,17 +152,73 @@ int CarStatementOf(const RunField& f) {
     }
 }
 
-QString Assignments(const std::vector<std::pair<QString, QString>>& pairs) {
-    QString text;
-    for (const auto& [column, value] : pairs) {
-        if (!text.isEmpty()) {
-            text += QStringLiteral(", ");
+using FieldOrder = std::array<std::vector<const RunField*>, 10>;
+
+// The fields each statement writes, in their order: by statement (1 to 9, or the car's 1 to 7),
+// then by rank. The table is fixed, so the order is worked out once.
+FieldOrder MakeOrder(const std::function<int(const RunField&)>& statementOf) {
+    FieldOrder order;
+    for (const RunField& f : RunFields()) {
+        const int s = statementOf(f);
+        if (s > 0 && s < static_cast<int>(order.size())) {
+            order[s].push_back(&f);
         }
-        text += column + QStringLiteral(" = ") + value;
     }
-    // The last assignment runs into the WHERE with one blank.
-    return text + u' ';
+    for (auto& fields : order) {
+        std::stable_sort(fields.begin(), fields.end(),
+                         [](const RunField* a, const RunField* b) { return a->rank < b->rank; });
+    }
+    return order;
 }
+
+const FieldOrder& RunOrder() {
+    static const FieldOrder order = MakeOrder([](const RunField& f) { return f.statement; });
+    return order;
+}
+
+const FieldOrder& CarOrder() {
+    static const FieldOrder order = MakeOrder(CarStatementOf);
+    return order;
+}
+
+// "UPDATE <table> SET " and the assignments; the last runs into the WHERE with one blank.
+class UpdateText {
+public:
+    explicit UpdateText(QLatin1StringView table) {
+        text_.reserve(2048);
+        text_ += QStringLiteral("UPDATE ");
+        text_ += table;
+        text_ += QStringLiteral(" SET ");
+        start_ = text_.size();
+    }
+    void Add(const QString& column, const QString& value) {
+        Column(column);
+        text_ += value;
+    }
+    // A text in the str form: trimmed, quoted, Null as the empty text.
+    void AddText(const QString& column, const QString& value) {
+        Column(column);
+        AppendSqlText(text_, TrimSpaces(value));
+    }
+    QString Where(const QString& where) {
+        text_ += u' ';
+        text_ += where;
+        text_.squeeze();
+        return std::move(text_);
+    }
+
+private:
+    void Column(const QString& column) {
+        if (text_.size() > start_) {
+            text_ += QStringLiteral(", ");
+        }
+        text_ += column;
+        text_ += QStringLiteral(" = ");
+    }
+
+    QString text_;
+    qsizetype start_ = 0;
+};
 
 }  // namespace
 
@@ -192,11 +251,19 @@ QStringList RunStatements(const RunValues& values, qint64 runId, bool adding) {
     const QString where = QStringLiteral("WHERE (lRun_id = ") + QString::number(runId) + u')';
     QStringList statements;
     for (int s = 1; s <= 9; ++s) {
-        std::vector<std::pair<QString, QString>> pairs;
-        for (const RunField* f : StatementFields(s, adding)) {
-            pairs.emplace_back(f->column, ValueLiteral(*f, values));
+        UpdateText text(QLatin1StringView("tblRuns"));
+        for (const RunField* f : RunOrder()[s]) {
+            // The base set-up and the nozzles go only into a run that is being added.
+            if (!adding && f->kind == FieldKind::Hidden) {
+                continue;
+            }
+            if (f->save == SaveForm::Str) {
+                text.AddText(f->column, values.text(f->column));
+            } else {
+                text.Add(f->column, ValueLiteral(*f, values));
+            }
         }
-        statements << QStringLiteral("UPDATE tblRuns SET ") + Assignments(pairs) + where;
+        statements << text.Where(where);
     }
     return statements;
 }
@@ -205,25 +272,14 @@ QStringList CarStatements(const RunValues& values, qint64 carId) {
     const QString where = QStringLiteral("WHERE (lCar_id = ") + QString::number(carId) + u')';
     QStringList statements;
     for (int s = 1; s <= 7; ++s) {
-        std::vector<const RunField*> fields;
-        for (const RunField& f : RunFields()) {
-            if (CarStatementOf(f) == s) {
-                fields.push_back(&f);
-            }
-        }
-        std::stable_sort(fields.begin(), fields.end(),
-                         [](const RunField* a, const RunField* b) { return a->rank < b->rank; });
-        std::vector<std::pair<QString, QString>> pairs;
-        for (const RunField* f : fields) {
+        UpdateText text(QLatin1StringView("tblCars"));
+        for (const RunField* f : CarOrder()[s]) {
             // The notes go to the car as typed; a hint is no note there either.
-            const QString text = values.text(f->column);
-            pairs.emplace_back(f->carColumn,
-                               SqlText(TextOrNull(f->kind == FieldKind::Notes && IsNotesHint(text)
-                                                      ? QString()
-                                                      : text)
-                                           .toString()));
+            const QString value = values.text(f->column);
+            text.AddText(f->carColumn,
+                         f->kind == FieldKind::Notes && IsNotesHint(value) ? QString() : value);
         }
-        statements << QStringLiteral("UPDATE tblCars SET ") + Assignments(pairs) + where;
+        statements << text.Where(where);
     }
     return statements;
 }
@@ -380,9 +436,12 @@ CarTypes ReadCarTypes(store::Database& db, qint64 carId, Messages& messages) {
     return {lookup("sCarFuel_typ"), lookup("sCarCarb_typ")};
 }
 
-QString RunGridRow(store::Database& db, const QStringList& columnNames, qint64 runId) {
-    shell::ListLayout layout;
-    layout.mode = QStringLiteral("ID_Runs");
+namespace {
+
+std::unique_ptr<shell::ListLayout> RunRowLayout(store::Database& db,
+                                                const QStringList& columnNames) {
+    auto layout = std::make_unique<shell::ListLayout>();
+    layout->mode = QStringLiteral("ID_Runs");
     QHash<QString, shell::ListColumn> catalogue;
     {
         store::Query q = db.OpenQuery(QStringLiteral(
@@ -410,16 +469,42 @@ QString RunGridRow(store::Database& db, const QStringList& columnNames, qint64 r
         if (i > 0) {
             c = catalogue.value(columnNames[i].toLower(), c);
         }
-        layout.columns.push_back(c);
+        layout->columns.push_back(c);
     }
-    store::Query q = db.OpenQuery(QStringLiteral("SELECT * FROM tblRuns WHERE lRun_id = ") +
-                                  QString::number(runId));
+    return layout;
+}
+
+}  // namespace
+
+QString RunGridRow(store::Database& db, const QStringList& columnNames, qint64 runId) {
+    return RunGridRowMaker(db).Row(columnNames, runId);
+}
+
+RunGridRowMaker::RunGridRowMaker(store::Database& db) : db_(db) {}
+
+RunGridRowMaker::~RunGridRowMaker() = default;
+
+QString RunGridRowMaker::Row(const QStringList& columnNames, qint64 runId) {
+    // A change of the schema changes every table's stamp, the catalogue's with them.
+    const quint64 stamp = db_.TableStamp(QStringLiteral("tblListViewColumns"));
+    if (!layout_ || stamp != catalogueStamp_ || columnNames != names_) {
+        builder_.reset();
+        layout_ = RunRowLayout(db_, columnNames);
+        names_ = columnNames;
+        catalogueStamp_ = stamp;
+    }
+    store::Query q = db_.OpenQuery(QStringLiteral("SELECT * FROM tblRuns WHERE lRun_id = ") +
+                                   QString::number(runId));
     if (!q.Next()) {
         return QString();
     }
-    shell::RowBuilder builder(db, layout);
-    builder.Bind(q);
-    return builder.BuildText(q);
+    if (builder_) {
+        builder_->RefreshLookups();
+    } else {
+        builder_ = std::make_unique<shell::RowBuilder>(db_, *layout_);
+        builder_->Bind(q);
+    }
+    return builder_->BuildText(q);
 }
 
 }  // namespace slipbook::run

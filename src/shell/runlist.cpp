@@ -234,21 +234,38 @@ const QHash<QString, QString>* RowBuilder::LookupTable(const QString& table, con
     if (auto it = lookupIndex_.constFind(id); it != lookupIndex_.constEnd()) {
         return it.value();
     }
-    auto map = std::make_unique<QHash<QString, QString>>();
+    auto lookup = std::make_unique<Lookup>();
+    lookup->table = table;
+    lookup->key = key;
+    lookup->text = text;
+    ReadLookup(*lookup);
+    lookups_.push_back(std::move(lookup));
+    lookupIndex_.insert(id, &lookups_.back()->texts);
+    return &lookups_.back()->texts;
+}
+
+void RowBuilder::ReadLookup(Lookup& lookup) {
+    lookup.stamp = db_.TableStamp(lookup.table);
+    lookup.texts.clear();
     // A look-up that names what is not there shows empty cells, as a key without its row does.
-    if (db_.FieldExists(table, key) && db_.FieldExists(table, text)) {
-        store::Query q =
-            db_.OpenQuery(QStringLiteral("SELECT %1, %2 FROM %3").arg(key, text, table));
+    if (db_.FieldExists(lookup.table, lookup.key) && db_.FieldExists(lookup.table, lookup.text)) {
+        store::Query q = db_.OpenQuery(
+            QStringLiteral("SELECT %1, %2 FROM %3").arg(lookup.key, lookup.text, lookup.table));
         while (q.Next()) {
             const QString k = LookupKey(q.Value(0));
-            if (!map->contains(k)) {
-                map->insert(k, FormatValue(q.Value(1), QString()));
+            if (!lookup.texts.contains(k)) {
+                lookup.texts.insert(k, FormatValue(q.Value(1), QString()));
             }
         }
     }
-    lookups_.push_back(std::move(map));
-    lookupIndex_.insert(id, lookups_.back().get());
-    return lookups_.back().get();
+}
+
+void RowBuilder::RefreshLookups() {
+    for (const auto& lookup : lookups_) {
+        if (db_.TableStamp(lookup->table) != lookup->stamp) {
+            ReadLookup(*lookup);
+        }
+    }
 }
 
 void RowBuilder::Bind(const store::Query& query) {

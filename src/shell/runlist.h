@@ -56,6 +56,9 @@ public:
     QStringList Build(const store::Query& query);
     // The row as the grid holds it: cells joined by tabs.
     QString BuildText(const store::Query& query);
+    // Reads again each look-up table that has changed since it was read, so that a builder kept
+    // for rows made one at a time shows what a new one would.
+    void RefreshLookups();
 
 private:
     struct Cell {
@@ -70,14 +73,22 @@ private:
         QHash<quint64, QString> byNumber;
         QHash<QString, QString> byText;
     };
+    struct Lookup {
+        QString table;
+        QString key;
+        QString text;
+        quint64 stamp = 0;  // the table's when it was read
+        QHash<QString, QString> texts;
+    };
     void AppendCell(Cell& cell, const store::Query& query, QString& out);
     const QHash<QString, QString>* LookupTable(const QString& table, const QString& key,
                                                const QString& text);
+    void ReadLookup(Lookup& lookup);
 
     store::Database& db_;
     const ListLayout& layout_;
     std::vector<Cell> cells_;
-    std::vector<std::unique_ptr<QHash<QString, QString>>> lookups_;
+    std::vector<std::unique_ptr<Lookup>> lookups_;
     QHash<QString, const QHash<QString, QString>*> lookupIndex_;
 };
 

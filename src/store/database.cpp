@@ -2,17 +2,22 @@
 
 #include "store/dberror.h"
 #include "store/jetdate.h"
+#include "store/sqlitememory.h"
 
 #include <sqlite3.h>
 #include <QFileInfo>
+#include <QStringEncoder>
 
 #include <algorithm>
+#include <cstring>
+#include <utility>
 
 namespace slipbook::store {
 
 namespace {
 
 const QString kSource = QStringLiteral("Slipbook.Database");
+const QString kRowidAlias = QStringLiteral("__slipbook_rowid");
 
 // The tables every logbook has had since its oldest level; a file without them is no logbook.
 const char* const kLogbookTables[] = {
@@ -117,6 +122,7 @@ Database::~Database() {
 
 void Database::OpenRaw(const QString& path, bool create) {
     Close();
+    UseSqliteMemoryPool();
     // One thread uses the connection, so the engine's own locking is only cost.
     int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (create ? SQLITE_OPEN_CREATE : 0);
     sqlite3* db = nullptr;
@@ -134,6 +140,10 @@ void Database::OpenRaw(const QString& path, bool create) {
     sqlite3_extended_result_codes(db_, 1);
     RegisterFunctions(db_);
     schemaVersion_ = -1;
+    cache_ = std::make_shared<StatementCache>(db_);
+    cacheSchemaVersion_ = -1;
+    sqlite3_update_hook(db_, &Database::OnRowChange, this);
+    AllTablesChanged();
 }
 
 void Database::Open(const QString& path) {
@@ -212,13 +222,27 @@ void Database::ApplyPragmas(bool exclusive) {
 
 void Database::Close() {
     if (db_ != nullptr) {
+        // Statements still lent out are finalized as they come back; the connection waits.
+        cache_->Detach();
+        cache_.reset();
+        sqlite3_finalize(versionStmt_);
+        versionStmt_ = nullptr;
+        sqlite3_finalize(realStmt_);
+        realStmt_ = nullptr;
+        for (sqlite3_stmt* stmt : std::as_const(transactStmts_)) {
+            sqlite3_finalize(stmt);
+        }
+        transactStmts_.clear();
+        sqlite3_update_hook(db_, nullptr, nullptr);
         sqlite3_close_v2(db_);
         db_ = nullptr;
     }
     path_.clear();
     schema_.clear();
     schemaVersion_ = -1;
+    cacheSchemaVersion_ = -1;
     savepointDepth_ = 0;
+    AllTablesChanged();
 }
 
 void Database::Throw(int rc, const QString& source) const {
@@ -251,14 +275,26 @@ void Database::Throw(int rc, const QString& source) const {
 }
 
 void Database::ExecRaw(const QString& sqliteSql) {
+    // Anything may change here, a rollback or a DELETE that SQLite does not report row by row.
+    AllTablesChanged();
+    Transact(sqliteSql);
+}
+
+void Database::Transact(const QString& sql) {
     if (db_ == nullptr) {
         throw DbError(err::Generic, kSource, QStringLiteral("No logbook is open."));
     }
-    const QByteArray utf8 = sqliteSql.toUtf8();
-    const int rc = sqlite3_exec(db_, utf8.constData(), nullptr, nullptr, nullptr);
-    if (rc != SQLITE_OK) {
+    // The same few savepoint statements begin and end every save: each is prepared once.
+    sqlite3_stmt*& stmt = transactStmts_[sql];
+    if (stmt == nullptr) {
+        stmt = Prepare(sql);
+    }
+    const int rc = sqlite3_step(stmt);
+    if (rc != SQLITE_DONE && rc != SQLITE_ROW) {
+        sqlite3_reset(stmt);
         Throw(rc, kSource);
     }
+    sqlite3_reset(stmt);
 }
 
 jet::Translated Database::Translate(const QString& jetSql) const {
@@ -281,6 +317,19 @@ sqlite3_stmt* Database::Prepare(const QString& sqliteSql) const {
 }
 
 int Database::Execute(const QString& jetSql) {
+    if (Statement s = Take(jetSql, Use::Execute)) {
+        int rc;
+        while ((rc = sqlite3_step(s.get())) == SQLITE_ROW) {
+        }
+        if (s.plan().kind == jet::StatementKind::Delete) {
+            // A DELETE of every row is not reported row by row.
+            TableChanged(s.plan().baseTable);
+        }
+        if (rc != SQLITE_DONE) {
+            Throw(rc, kSource);
+        }
+        return sqlite3_changes(db_);
+    }
     const jet::Translated t = Translate(jetSql);
     if (t.kind == jet::StatementKind::SelectInto) {
         RunSelectInto(t);
@@ -291,6 +340,7 @@ int Database::Execute(const QString& jetSql) {
     while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) {
     }
     sqlite3_finalize(stmt);
+    AllTablesChanged();
     if (rc != SQLITE_DONE) {
         Throw(rc, kSource);
     }
@@ -360,14 +410,221 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const QString& jetSql, Record
 }
 
 Query Database::OpenQuery(const QString& jetSql) {
+    return Query(this, Take(jetSql, Use::Query));
+}
+
+std::shared_ptr<StatementPlan> Database::MakePlan(const jet::Translated& t, Use use) const {
+    auto plan = std::make_shared<StatementPlan>();
+    plan->kind = t.kind;
+    plan->sql = t.sql;
+    plan->baseTable = t.baseTable;
+    plan->params = t.params;
+    if (use == Use::Dynaset && t.kind == jet::StatementKind::Select && !t.baseTable.isEmpty()) {
+        if (const TableDef* def = FindTable(t.baseTable)) {
+            if (auto injected = jet::InjectRowid(t.sql, t.baseTable, kRowidAlias)) {
+                plan->sql = *injected;
+                plan->rowidTable = def->name;
+            }
+        }
+    }
+    return plan;
+}
+
+void Database::ReadColumns(StatementPlan& plan, sqlite3_stmt* stmt) const {
+    const int n = sqlite3_column_count(stmt) - (plan.rowidTable.isEmpty() ? 0 : 1);
+    plan.columns.clear();
+    plan.columns.reserve(n);
+    for (int i = 0; i < n; ++i) {
+        plan.columns.push_back(ColumnInfoOf(stmt, i));
+    }
+}
+
+Statement Database::TakeAsWritten(const QString& jetSql, Use use, const QString& given) {
     const jet::Translated t = Translate(jetSql);
-    return Query(this, Prepare(t.sql));
+    if ((use == Use::Snapshot || use == Use::Dynaset) && t.kind != jet::StatementKind::Select) {
+        throw DbError(err::Syntax, QStringLiteral("Slipbook.Recordset"),
+                      QStringLiteral("A row set needs a SELECT statement: %1").arg(given));
+    }
+    auto plan = MakePlan(t, use);
+    sqlite3_stmt* stmt = Prepare(plan->sql);
+    ReadColumns(*plan, stmt);
+    return Statement(stmt, std::move(plan));
+}
+
+Statement Database::Take(const QString& jetSql, Use use, const QString& given) {
+    if (db_ == nullptr) {
+        throw DbError(err::Generic, kSource, QStringLiteral("No logbook is open."));
+    }
+    CheckSchema();
+    auto shape = jet::ShapeOf(jetSql);
+    if (!shape) {
+        return use == Use::Execute ? Statement() : TakeAsWritten(jetSql, use, given);
+    }
+    const bool rowSet = use == Use::Snapshot || use == Use::Dynaset;
+    if (rowSet && !shape->select) {
+        return TakeAsWritten(jetSql, use, given);
+    }
+    // A dynaset's statement carries the rowid; the others are alike.
+    shape->key += use == Use::Dynaset ? u'd' : u'p';
+    const QString& key = shape->key;
+    StatementCache::Entry* entry = cache_->Find(key);
+    if (entry == nullptr) {
+        std::shared_ptr<StatementPlan> plan;
+        sqlite3_stmt* fresh = nullptr;
+        try {
+            plan = MakePlan(jet::TranslateShape(*shape, this), use);
+            fresh = Prepare(plan->sql);
+            ReadColumns(*plan, fresh);
+        } catch (const DbError&) {
+            // The statement as written gives its own error, or runs where the shape can't.
+            plan.reset();
+        }
+        entry = &cache_->Add(key, plan);
+        entry->idle = fresh;
+    }
+    if (!entry->plan) {
+        return TakeAsWritten(jetSql, use, given);
+    }
+    Statement s = cache_->Lend(key, *entry);
+    if (!s) {
+        s = cache_->Lend(key, *entry, Prepare(entry->plan->sql));
+    }
+    if (!shape->literals.empty()) {
+        const auto values = jet::ParamValues(*shape, s.plan().params);
+        if (!values) {
+            return TakeAsWritten(jetSql, use, given);
+        }
+        Bind(s, *values);
+    }
+    return s;
+}
+
+void Database::Bind(Statement& s, const std::vector<jet::ParamValue>& values) {
+    // The texts go into one block that the statement reads in place.
+    qsizetype room = 0;
+    for (const jet::ParamValue& v : values) {
+        if (v.type == jet::ParamValue::Type::Text) {
+            room += 3 * v.text().size();
+        }
+    }
+    char* at = room > 0 ? s.TextRoom(room) : nullptr;
+    QStringEncoder utf8(QStringEncoder::Utf8);
+    sqlite3_stmt* stmt = s.get();
+    for (size_t i = 0; i < values.size(); ++i) {
+        const jet::ParamValue& v = values[i];
+        const int index = static_cast<int>(i + 1);
+        switch (v.type) {
+            case jet::ParamValue::Type::Null:
+                sqlite3_bind_null(stmt, index);
+                break;
+            case jet::ParamValue::Type::Integer:
+                sqlite3_bind_int64(stmt, index, v.integer);
+                break;
+            case jet::ParamValue::Type::Real: {
+                const double value = SqliteReal(v.text());
+                sqlite3_bind_double(stmt, index, v.negate ? -value : value);
+                break;
+            }
+            case jet::ParamValue::Type::Text: {
+                char* end = utf8.appendToBuffer(at, v.text());
+                sqlite3_bind_text(stmt, index, at, static_cast<int>(end - at), SQLITE_STATIC);
+                at = end;
+                break;
+            }
+        }
+    }
+}
+
+double Database::SqliteReal(QStringView text) {
+    // SQLite's own reading of the number, the one it gives the number written in a statement.
+    if (realStmt_ == nullptr) {
+        realStmt_ = Prepare(QStringLiteral("SELECT CAST(?1 AS REAL)"));
+    }
+    // A number is written in plain ASCII, and short.
+    char ascii[64];
+    QByteArray utf8;
+    const char* bytes = ascii;
+    int size = static_cast<int>(text.size());
+    if (text.size() <= qsizetype(sizeof ascii)) {
+        for (qsizetype i = 0; i < text.size() && bytes == ascii; ++i) {
+            if (text[i].unicode() >= 0x80) {
+                bytes = nullptr;
+            }
+            ascii[i] = static_cast<char>(text[i].unicode());
+        }
+    } else {
+        bytes = nullptr;
+    }
+    if (bytes == nullptr) {
+        utf8 = text.toUtf8();
+        bytes = utf8.constData();
+        size = static_cast<int>(utf8.size());
+    }
+    sqlite3_bind_text(realStmt_, 1, bytes, size, SQLITE_STATIC);
+    double value = 0;
+    if (sqlite3_step(realStmt_) == SQLITE_ROW) {
+        value = sqlite3_column_double(realStmt_, 0);
+    }
+    sqlite3_reset(realStmt_);
+    sqlite3_clear_bindings(realStmt_);
+    return value;
+}
+
+int Database::SchemaVersion() const {
+    if (versionStmt_ == nullptr) {
+        versionStmt_ = Prepare(QStringLiteral("PRAGMA schema_version"));
+    }
+    int version = 0;
+    if (sqlite3_step(versionStmt_) == SQLITE_ROW) {
+        version = sqlite3_column_int(versionStmt_, 0);
+    }
+    sqlite3_reset(versionStmt_);
+    return version;
+}
+
+void Database::CheckSchema() const {
+    const int version = SchemaVersion();
+    if (version != cacheSchemaVersion_) {
+        cache_->Clear();
+        cacheSchemaVersion_ = version;
+        baseStamp_ = ++serial_;
+    }
+}
+
+quint64 Database::TableStamp(const QString& table) {
+    if (db_ != nullptr) {
+        CheckSchema();
+    }
+    const auto it = stamps_.find(table.toLower().toStdString());
+    return it == stamps_.end() ? baseStamp_ : std::max(baseStamp_, it->second);
+}
+
+void Database::TableChanged(const QString& table) {
+    stamps_[table.toLower().toStdString()] = ++serial_;
+}
+
+void Database::AllTablesChanged() {
+    stamps_.clear();
+    lastChanged_ = nullptr;
+    baseStamp_ = ++serial_;
+}
+
+void Database::OnRowChange(void* self, int, const char*, const char* table, long long) {
+    auto* db = static_cast<Database*>(self);
+    // A statement changes one table row after row.
+    if (db->lastChanged_ != nullptr && std::strcmp(db->lastChangedName_.c_str(), table) == 0) {
+        *db->lastChanged_ = ++db->serial_;
+        return;
+    }
+    db->TableChanged(QString::fromUtf8(table));
+    db->lastChangedName_ = table;
+    db->lastChanged_ = &db->stamps_[QString::fromUtf8(table).toLower().toStdString()];
 }
 
 // Transactions nest through savepoints, so a save can call routines that keep their own.
 Database::Transaction::Transaction(Database& db) : db_(db) {
     name_ = QStringLiteral("sp%1").arg(db_.savepointDepth_ + 1);
-    db_.ExecRaw(QStringLiteral("SAVEPOINT ") + name_);
+    db_.Transact(QStringLiteral("SAVEPOINT ") + name_);
     ++db_.savepointDepth_;
 }
 
@@ -378,6 +635,10 @@ Database::Transaction::~Transaction() {
                 .toUtf8();
         sqlite3_exec(db_.db_, sql.constData(), nullptr, nullptr, nullptr);
         --db_.savepointDepth_;
+        // What was read inside is gone, and so may be a table or column made inside.
+        db_.AllTablesChanged();
+        db_.cache_->Clear();
+        db_.cacheSchemaVersion_ = -1;
     }
 }
 
@@ -385,23 +646,18 @@ void Database::Transaction::Commit() {
     if (done_) {
         return;
     }
-    db_.ExecRaw(QStringLiteral("RELEASE ") + name_);
+    db_.Transact(QStringLiteral("RELEASE ") + name_);
     done_ = true;
     --db_.savepointDepth_;
 }
 
 void Database::LoadSchema() const {
-    sqlite3_stmt* stmt = Prepare(QStringLiteral("PRAGMA schema_version"));
-    int version = 0;
-    if (sqlite3_step(stmt) == SQLITE_ROW) {
-        version = sqlite3_column_int(stmt, 0);
-    }
-    sqlite3_finalize(stmt);
+    const int version = SchemaVersion();
     if (version == schemaVersion_) {
         return;
     }
     schema_.clear();
-    stmt = Prepare(QStringLiteral(
+    sqlite3_stmt* stmt = Prepare(QStringLiteral(
         "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' "
         "ESCAPE '\\' ORDER BY name"));
     int rc;
@@ -437,23 +693,30 @@ std::vector<TableDef> Database::TableDefs() {
     return schema_;
 }
 
-std::optional<TableDef> Database::TableDefinition(const QString& table) {
+const TableDef* Database::FindTable(const QString& table) const {
     LoadSchema();
     for (const TableDef& def : schema_) {
         if (def.name.compare(table, Qt::CaseInsensitive) == 0) {
-            return def;
+            return &def;
         }
+    }
+    return nullptr;
+}
+
+std::optional<TableDef> Database::TableDefinition(const QString& table) {
+    if (const TableDef* def = FindTable(table)) {
+        return *def;
     }
     return std::nullopt;
 }
 
 bool Database::TableExists(const QString& table) {
-    return TableDefinition(table).has_value();
+    return FindTable(table) != nullptr;
 }
 
 bool Database::FieldExists(const QString& table, const QString& field) {
-    const auto def = TableDefinition(table);
-    return def && def->field(field) != nullptr;
+    const TableDef* def = FindTable(table);
+    return def != nullptr && def->field(field) != nullptr;
 }
 
 void Database::SetAllowZeroLength(const QString&, const QString&, bool) {}
@@ -463,18 +726,16 @@ qint64 Database::LastInsertRowId() const {
 }
 
 std::optional<std::vector<jet::ColumnDecl>> Database::columns(const QString& table) const {
-    LoadSchema();
-    for (const TableDef& def : schema_) {
-        if (def.name.compare(table, Qt::CaseInsensitive) == 0) {
-            std::vector<jet::ColumnDecl> out;
-            out.reserve(def.fields.size());
-            for (const FieldDef& f : def.fields) {
-                out.push_back({f.name, f.declType});
-            }
-            return out;
-        }
+    const TableDef* def = FindTable(table);
+    if (def == nullptr) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    std::vector<jet::ColumnDecl> out;
+    out.reserve(def->fields.size());
+    for (const FieldDef& f : def->fields) {
+        out.push_back({f.name, f.declType});
+    }
+    return out;
 }
 
 }  // namespace slipbook::store

@@ -2,11 +2,15 @@
 
 #include "store/jetsql.h"
 #include "store/recordset.h"
+#include "store/statementcache.h"
 
+#include <QHash>
 #include <QString>
 #include <QVariant>
 #include <memory>
 #include <optional>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 struct sqlite3;
@@ -105,11 +109,23 @@ public:
 
     qint64 LastInsertRowId() const;
 
+    // A number that changes whenever rows of the table may have changed (a statement, a row set's
+    // write, a rollback) or the schema did, and never comes back to an earlier value: what was
+    // read from the table may be kept while its stamp stays the same.
+    quint64 TableStamp(const QString& table);
+
     // jet::SchemaLookup
     std::optional<std::vector<jet::ColumnDecl>> columns(const QString& table) const override;
 
     // Used by Recordset and Query.
     sqlite3_stmt* Prepare(const QString& sqliteSql) const;
+    // The statement of a text in the program's dialect, prepared and bound: from the cache when
+    // one of the same shape ran before. Execute gets an empty handle for a statement that runs
+    // as written (definitions, SELECT ... INTO); a row set's is a SELECT or an error, and a
+    // dynaset's ends each row with the rowid of its table when it has one.
+    // `given` is the text a row set was opened with, for its error.
+    enum class Use { Execute, Query, Snapshot, Dynaset };
+    Statement Take(const QString& jetSql, Use use, const QString& given = QString());
     [[noreturn]] void Throw(int rc, const QString& source) const;
     // Runs SQLite text as it stands, without the dialect layer.
     void ExecRaw(const QString& sqliteSql);
@@ -118,27 +134,52 @@ public:
 private:
     void ApplyPragmas(bool exclusive);
     void LoadSchema() const;
+    const TableDef* FindTable(const QString& table) const;
     void RunSelectInto(const jet::Translated& t);
+    int SchemaVersion() const;
+    // Forgets what depends on the schema when it has changed since the last look.
+    void CheckSchema() const;
+    void TableChanged(const QString& table);
+    void AllTablesChanged();
+    std::shared_ptr<StatementPlan> MakePlan(const jet::Translated& t, Use use) const;
+    void ReadColumns(StatementPlan& plan, sqlite3_stmt* stmt) const;
+    Statement TakeAsWritten(const QString& jetSql, Use use, const QString& given);
+    void Bind(Statement& stmt, const std::vector<jet::ParamValue>& values);
+    double SqliteReal(QStringView text);
+    void Transact(const QString& sql);
+    static void OnRowChange(void* self, int op, const char* database, const char* table,
+                            long long rowid);
 
     sqlite3* db_ = nullptr;
     QString path_;
     int savepointDepth_ = 0;
     mutable std::vector<TableDef> schema_;
     mutable int schemaVersion_ = -1;
+    std::shared_ptr<StatementCache> cache_;
+    mutable sqlite3_stmt* versionStmt_ = nullptr;
+    sqlite3_stmt* realStmt_ = nullptr;
+    mutable int cacheSchemaVersion_ = -1;
+    // Change stamps: one counter for the life of the object, so a stamp never repeats.
+    mutable quint64 serial_ = 0;
+    mutable quint64 baseStamp_ = 0;
+    std::unordered_map<std::string, quint64> stamps_;  // by table name in lower case
+    std::string lastChangedName_;                      // as SQLite names it
+    quint64* lastChanged_ = nullptr;                   // its stamp
+    QHash<QString, sqlite3_stmt*> transactStmts_;
     friend class Transaction;
 };
 
 // A forward-only cursor over the rows of a SELECT. Values convert as Recordset's do.
 class Query {
 public:
-    Query(Query&& other) noexcept;
-    Query& operator=(Query&& other) noexcept;
-    ~Query();
+    Query(Query&& other) noexcept = default;
+    Query& operator=(Query&& other) noexcept = default;
+    ~Query() = default;
 
     bool Next();  // moves to the next row; false at the end
     int FieldCount() const;
     QString FieldName(int index) const;
-    const ColumnInfo& Field(int index) const { return columns_.at(index); }
+    const ColumnInfo& Field(int index) const { return stmt_.plan().columns.at(index); }
     int FieldIndex(const QString& name) const;  // -1 when absent
     QVariant Value(int index) const;
     QVariant Value(const QString& name) const;
@@ -153,10 +194,9 @@ public:
 
 private:
     friend class Database;
-    Query(const Database* db, sqlite3_stmt* stmt);
+    Query(const Database* db, Statement stmt);
     const Database* db_ = nullptr;
-    sqlite3_stmt* stmt_ = nullptr;
-    std::vector<ColumnInfo> columns_;
+    Statement stmt_;
 };
 
 }  // namespace slipbook::store

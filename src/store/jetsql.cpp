@@ -25,15 +25,17 @@ QString Source() {
                   QStringLiteral("Data type mismatch in criteria expression."));
 }
 
-enum class Tok { Word, Bracket, String, Date, Number, Op, Punct };
+// Param: a '?' that stands for a literal taken out of the statement (see ShapeOf).
+enum class Tok { Word, Bracket, String, Date, Number, Op, Punct, Param };
 
 struct Token {
     Tok type = Tok::Punct;
-    QString text;   // as written
-    QString value;  // the name of a word or bracket, the content of a string or date
-    QString pre;    // blanks in front
-    QString out;    // what is emitted
-    int depth = 0;  // parentheses open around it; '(' and its ')' sit outside
+    QString text;    // as written
+    QString value;   // the name of a word or bracket, the content of a string or date
+    QString pre;     // blanks in front
+    QString out;     // what is emitted
+    int depth = 0;   // parentheses open around it; '(' and its ')' sit outside
+    int param = -1;  // Param: which literal, from 0
     bool removed = false;
 };
 
@@ -55,131 +57,179 @@ QString QuoteName(const QString& name) {
     return u'"' + s + u'"';
 }
 
-// Reads a quoted run starting at `i` (on the opening quote); a doubled quote stands for one.
-// Returns the content and leaves `i` after the closing quote.
-std::optional<QString> ReadQuoted(const QString& s, qsizetype& i) {
+// Moves `i` from an opening quote past its closing one; a doubled quote stands for one. False
+// when the quote is never closed.
+bool SkipQuoted(const QString& s, qsizetype& i) {
     const QChar q = s[i];
-    QString content;
     for (qsizetype j = i + 1; j < s.size(); ++j) {
         if (s[j] != q) {
-            content += s[j];
             continue;
         }
         if (j + 1 < s.size() && s[j + 1] == q) {
-            content += q;
             ++j;
             continue;
         }
         i = j + 1;
-        return content;
+        return true;
     }
-    return std::nullopt;
+    return false;
 }
 
-Tokens Tokenize(const QString& s) {
-    Tokens out;
-    int depth = 0;
-    qsizetype i = 0;
+// The content of the quoted run [start, end), its doubled quotes made single.
+QString Unquote(const QString& s, qsizetype start, qsizetype end) {
+    const QChar q = s[start];
+    QString content;
+    content.reserve(end - start - 2);
+    for (qsizetype j = start + 1; j < end - 1; ++j) {
+        content += s[j];
+        if (s[j] == q) {
+            ++j;
+        }
+    }
+    return content;
+}
+
+// Where one token of the text lies.
+struct Lexeme {
+    Tok type = Tok::Punct;
+    qsizetype start = 0;  // its first character, after the blanks in front
+    qsizetype end = 0;    // after its last
+};
+
+// Reads the token after the blanks at `i` and leaves `i` after it; false at the end of the text.
+// `prev` is the type of the token before, if any (a '.' before digits starts a number unless a
+// name precedes it). Throws on an open string, bracket or date.
+bool NextLexeme(const QString& s, qsizetype& i, const Tok* prev, Lexeme& out) {
     const qsizetype n = s.size();
-    while (true) {
-        const qsizetype blankStart = i;
-        while (i < n && s[i].isSpace()) {
+    while (i < n && s[i].isSpace()) {
+        ++i;
+    }
+    if (i >= n) {
+        return false;
+    }
+    const qsizetype start = i;
+    const QChar c = s[i];
+    Tok type = Tok::Punct;
+    if (c == u'\'' || c == u'"') {
+        if (!SkipQuoted(s, i)) {
+            ThrowSyntax(QStringLiteral("Syntax error in string in query expression '%1'.")
+                            .arg(s.mid(start)));
+        }
+        type = Tok::String;
+    } else if (c == u'[') {
+        const qsizetype close = s.indexOf(u']', i + 1);
+        if (close < 0) {
+            ThrowSyntax(QStringLiteral("Invalid bracketing of name '%1'.").arg(s.mid(start)));
+        }
+        type = Tok::Bracket;
+        i = close + 1;
+    } else if (c == u'#') {
+        const qsizetype close = s.indexOf(u'#', i + 1);
+        if (close < 0) {
+            ThrowSyntax(
+                QStringLiteral("Syntax error in date in query expression '%1'.").arg(s.mid(start)));
+        }
+        type = Tok::Date;
+        i = close + 1;
+    } else if (c.isDigit() ||
+               (c == u'.' && i + 1 < n && s[i + 1].isDigit() &&
+                (prev == nullptr || (*prev != Tok::Word && *prev != Tok::Bracket)))) {
+        while (i < n && s[i].isDigit()) {
             ++i;
         }
-        if (i >= n) {
-            break;
-        }
-        Token t;
-        t.pre = s.mid(blankStart, i - blankStart);
-        const qsizetype start = i;
-        const QChar c = s[i];
-        if (c == u'\'' || c == u'"') {
-            const auto content = ReadQuoted(s, i);
-            if (!content) {
-                ThrowSyntax(QStringLiteral("Syntax error in string in query expression '%1'.")
-                                .arg(s.mid(start)));
-            }
-            t.type = Tok::String;
-            t.value = *content;
-        } else if (c == u'[') {
-            const qsizetype close = s.indexOf(u']', i + 1);
-            if (close < 0) {
-                ThrowSyntax(QStringLiteral("Invalid bracketing of name '%1'.").arg(s.mid(start)));
-            }
-            t.type = Tok::Bracket;
-            t.value = s.mid(i + 1, close - i - 1);
-            i = close + 1;
-        } else if (c == u'#') {
-            const qsizetype close = s.indexOf(u'#', i + 1);
-            if (close < 0) {
-                ThrowSyntax(QStringLiteral("Syntax error in date in query expression '%1'.")
-                                .arg(s.mid(start)));
-            }
-            t.type = Tok::Date;
-            t.value = s.mid(i + 1, close - i - 1);
-            i = close + 1;
-        } else if (c.isDigit() || (c == u'.' && i + 1 < n && s[i + 1].isDigit() &&
-                                   (out.empty() || (out.back().type != Tok::Word &&
-                                                    out.back().type != Tok::Bracket)))) {
+        bool point = false;
+        if (i < n && s[i] == u'.') {
+            point = true;
+            ++i;
             while (i < n && s[i].isDigit()) {
                 ++i;
             }
-            if (i < n && s[i] == u'.') {
-                ++i;
+        }
+        if (i + 1 < n && (s[i] == u'e' || s[i] == u'E')) {
+            qsizetype j = i + 1;
+            if (j < n && (s[j] == u'+' || s[j] == u'-')) {
+                ++j;
+            }
+            if (j < n && s[j].isDigit()) {
+                i = j;
                 while (i < n && s[i].isDigit()) {
                     ++i;
                 }
             }
-            if (i + 1 < n && (s[i] == u'e' || s[i] == u'E')) {
-                qsizetype j = i + 1;
-                if (j < n && (s[j] == u'+' || s[j] == u'-')) {
-                    ++j;
-                }
-                if (j < n && s[j].isDigit()) {
-                    i = j;
-                    while (i < n && s[i].isDigit()) {
-                        ++i;
-                    }
-                }
-            }
-            t.type = Tok::Number;
-            // Digits running into letters make a name ("14MileView").
-            if (i < n && IsWordChar(s[i]) && !s.mid(start, i - start).contains(u'.')) {
-                while (i < n && IsWordChar(s[i])) {
-                    ++i;
-                }
-                t.type = Tok::Word;
-            }
-        } else if (IsWordChar(c)) {
+        }
+        type = Tok::Number;
+        // Digits running into letters make a name ("14MileView").
+        if (i < n && IsWordChar(s[i]) && !point) {
             while (i < n && IsWordChar(s[i])) {
                 ++i;
             }
-            t.type = Tok::Word;
-        } else if (c == u'<' || c == u'>' || c == u'!' || c == u'|') {
-            ++i;
-            if (i < n &&
-                ((c == u'<' && (s[i] == u'>' || s[i] == u'=')) || (c == u'>' && s[i] == u'=') ||
-                 (c == u'!' && s[i] == u'=') || (c == u'|' && s[i] == u'|'))) {
-                ++i;
-            }
-            t.type = (c == u'!' && i - start == 1) ? Tok::Punct : Tok::Op;
-        } else if (QStringLiteral("=&+-*/\\^%").contains(c)) {
-            ++i;
-            t.type = Tok::Op;
-        } else {
-            ++i;
-            t.type = Tok::Punct;
+            type = Tok::Word;
         }
-        t.text = s.mid(start, i - start);
-        if (t.type == Tok::Word) {
-            t.value = t.text;
+    } else if (IsWordChar(c)) {
+        while (i < n && IsWordChar(s[i])) {
+            ++i;
+        }
+        type = Tok::Word;
+    } else if (c == u'<' || c == u'>' || c == u'!' || c == u'|') {
+        ++i;
+        if (i < n &&
+            ((c == u'<' && (s[i] == u'>' || s[i] == u'=')) || (c == u'>' && s[i] == u'=') ||
+             (c == u'!' && s[i] == u'=') || (c == u'|' && s[i] == u'|'))) {
+            ++i;
+        }
+        type = (c == u'!' && i - start == 1) ? Tok::Punct : Tok::Op;
+    } else if (QStringLiteral("=&+-*/\\^%").contains(c)) {
+        ++i;
+        type = Tok::Op;
+    } else {
+        ++i;
+    }
+    out = {type, start, i};
+    return true;
+}
+
+// With `params`, each '?' is a literal taken out of the statement, numbered in order.
+Tokens Tokenize(const QString& s, bool params = false) {
+    Tokens out;
+    int depth = 0;
+    int paramCount = 0;
+    qsizetype i = 0;
+    Lexeme lx;
+    while (true) {
+        const qsizetype blankStart = i;
+        const Tok prevType = out.empty() ? Tok::Punct : out.back().type;
+        if (!NextLexeme(s, i, out.empty() ? nullptr : &prevType, lx)) {
+            break;
+        }
+        Token t;
+        t.type = lx.type;
+        t.pre = s.mid(blankStart, lx.start - blankStart);
+        t.text = s.mid(lx.start, lx.end - lx.start);
+        switch (t.type) {
+            case Tok::String:
+                t.value = Unquote(s, lx.start, lx.end);
+                break;
+            case Tok::Bracket:
+            case Tok::Date:
+                t.value = s.mid(lx.start + 1, lx.end - lx.start - 2);
+                break;
+            case Tok::Word:
+                t.value = t.text;
+                break;
+            default:
+                break;
+        }
+        if (params && t.type == Tok::Punct && t.text == u"?") {
+            t.type = Tok::Param;
+            t.param = paramCount++;
         }
         t.out = t.text;
-        if (t.type == Tok::Punct && c == u')') {
+        const bool punct = t.type == Tok::Punct;
+        if (punct && t.text == u")") {
             --depth;
         }
         t.depth = depth;
-        if (t.type == Tok::Punct && c == u'(') {
+        if (punct && t.text == u"(") {
             ++depth;
         }
         out.push_back(std::move(t));
@@ -298,6 +348,9 @@ void Lex(Tokens& t) {
                     k.out = QStringLiteral(".");
                 }
                 break;
+            case Tok::Param:
+                k.out = u'?' + QString::number(k.param + 1);
+                break;
             case Tok::Number:
                 break;
         }
@@ -386,49 +439,44 @@ std::optional<QString> PlainNumber(const QString& text) {
 }
 
 // The engine converts a text assigned to a column of another type; SQLite would keep the text.
-void CoerceLiteral(const QString& declType, Token& literal) {
+// The SQL the text becomes (NULL, a number, a date's storage text, -1 or 0), or nothing when it
+// stays a text. Throws a type mismatch when it can't be converted.
+std::optional<QString> CoercedLiteral(const QString& declType, const QString& text) {
     const Affinity affinity = AffinityOf(declType);
     if (affinity == Affinity::Unknown || affinity == Affinity::Text) {
-        return;
+        return std::nullopt;
     }
-    const QString value = literal.value.trimmed();
+    const QString value = text.trimmed();
     if (value.isEmpty()) {
-        literal.out = QStringLiteral("NULL");
-        return;
+        return QStringLiteral("NULL");
     }
     const auto number = PlainNumber(value);
     switch (affinity) {
         case Affinity::Date:
             if (const auto when = ParseJetDateText(value)) {
-                literal.out = QuoteText(DateTimeToStorage(*when));
-                return;
+                return QuoteText(DateTimeToStorage(*when));
             }
             if (number && number->toDouble() >= 0) {
                 // A number is a count of days from day zero.
                 const qint64 ms = std::llround(number->toDouble() * 86400000.0);
-                literal.out = QuoteText(
+                return QuoteText(
                     DateTimeToStorage(QDateTime(DayZero(), QTime(0, 0), Qt::UTC).addMSecs(ms)));
-                return;
             }
             break;
         case Affinity::Boolean:
             if (value.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0) {
-                literal.out = QStringLiteral("-1");
-                return;
+                return QStringLiteral("-1");
             }
             if (value.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0) {
-                literal.out = QStringLiteral("0");
-                return;
+                return QStringLiteral("0");
             }
             if (number) {
-                literal.out = number->toDouble() != 0 ? QStringLiteral("-1") : QStringLiteral("0");
-                return;
+                return number->toDouble() != 0 ? QStringLiteral("-1") : QStringLiteral("0");
             }
             break;
         default:
             if (number) {
-                literal.out = *number;
-                return;
+                return *number;
             }
             break;
     }
@@ -444,10 +492,23 @@ std::optional<ColumnDecl> FindColumn(const std::vector<ColumnDecl>& columns, con
     return std::nullopt;
 }
 
+// A text literal that is the whole value of a column is converted to the column's type; one taken
+// out of the statement is converted when it is bound.
 void CoerceEntry(Tokens& t, std::pair<qsizetype, qsizetype> range,
-                 const std::optional<ColumnDecl>& column) {
-    if (column && range.second - range.first == 1 && t[range.first].type == Tok::String) {
-        CoerceLiteral(column->declType, t[range.first]);
+                 const std::optional<ColumnDecl>& column, Translated& r) {
+    if (!column || range.second - range.first != 1) {
+        return;
+    }
+    Token& literal = t[range.first];
+    if (literal.type == Tok::String) {
+        if (const auto out = CoercedLiteral(column->declType, literal.value)) {
+            literal.out = *out;
+        }
+    } else if (literal.type == Tok::Param &&
+               r.params[literal.param].kind == ParamRule::Kind::Text &&
+               AffinityOf(column->declType) != Affinity::Unknown &&
+               AffinityOf(column->declType) != Affinity::Text) {
+        r.params[literal.param] = {ParamRule::Kind::Coerce, column->declType};
     }
 }
 
@@ -514,7 +575,7 @@ void TranslateInsert(Tokens& t, Translated& r, const SchemaLookup* schema) {
             const auto parts = SplitAtCommas(t, open + 1, close, 1);
             if (parts.size() == columns.size()) {
                 for (size_t k = 0; k < parts.size(); ++k) {
-                    CoerceEntry(t, parts[k], columns[k]);
+                    CoerceEntry(t, parts[k], columns[k], r);
                 }
             }
             open = close;
@@ -589,7 +650,7 @@ void TranslateUpdate(Tokens& t, Translated& r, const SchemaLookup* schema) {
             t[begin + 1].removed = true;
         }
         if (target) {
-            CoerceEntry(t, {eq + 1, stop}, FindColumn(*target, NameAt(t, begin, eq)));
+            CoerceEntry(t, {eq + 1, stop}, FindColumn(*target, NameAt(t, begin, eq)), r);
         }
     }
 }
@@ -788,7 +849,7 @@ public:
         const QChar c = s_[i];
         if (c == u'\'' || c == u'"' || c == u'`') {
             const qsizetype start = i;
-            if (!ReadQuoted(s_, i)) {
+            if (!SkipQuoted(s_, i)) {
                 i = s_.size();
             }
             return i > start;
@@ -876,8 +937,9 @@ QString MapDdlType(const QString& jetType) {
     return jetType;
 }
 
-Translated Translate(const QString& jetSql, const SchemaLookup* schema) {
-    Tokens t = Tokenize(jetSql);
+namespace {
+
+Translated TranslateTokens(Tokens& t, const SchemaLookup* schema, Translated r) {
     if (!t.empty() && IsPunct(t.back(), u';')) {
         t.pop_back();
     }
@@ -894,7 +956,6 @@ Translated Translate(const QString& jetSql, const SchemaLookup* schema) {
     Lex(t);
     RewriteLike(t);
 
-    Translated r;
     auto at = [&](qsizetype i, const char* word) {
         return i < qsizetype(t.size()) && IsWord(t[i], QLatin1StringView(word));
     };
@@ -920,6 +981,307 @@ Translated Translate(const QString& jetSql, const SchemaLookup* schema) {
     }
     r.sql = Emit(t);
     return r;
+}
+
+bool IsLiteral(Tok type) {
+    return type == Tok::String || type == Tok::Number || type == Tok::Date;
+}
+
+bool IsWordAt(const QString& s, const Lexeme& lx, QLatin1StringView word) {
+    return lx.type == Tok::Word && lx.end - lx.start == word.size() &&
+           QStringView(s).mid(lx.start, lx.end - lx.start).compare(word, Qt::CaseInsensitive) == 0;
+}
+
+// A literal that stays in place: a text after LIKE or ESCAPE becomes a pattern of its own; a
+// literal run together with a name (x'0A') or a number with a point after it is not what SQLite
+// would read on its own.
+bool StaysInPlace(const QString& s, const std::vector<Lexeme>& lx, size_t k) {
+    if (k > 0 && (IsWordAt(s, lx[k - 1], QLatin1StringView("LIKE")) ||
+                  IsWordAt(s, lx[k - 1], QLatin1StringView("ESCAPE")))) {
+        return true;
+    }
+    if (lx[k].start > 0 && IsWordChar(s[lx[k].start - 1])) {
+        return true;
+    }
+    const qsizetype after = lx[k].end;
+    return lx[k].type == Tok::Number && after < s.size() &&
+           (IsWordChar(s[after]) || s[after] == u'.');
+}
+
+// The plain whole number of a literal, when it has at most 18 digits (so it is the same integer
+// to SQLite); nothing for a number with a point or an exponent, or a longer one.
+std::optional<qint64> WholeNumber(QStringView digits) {
+    while (digits.size() > 1 && digits.front() == u'0') {
+        digits = digits.mid(1);
+    }
+    if (digits.isEmpty() || digits.size() > 18) {
+        return std::nullopt;
+    }
+    qint64 value = 0;
+    for (const QChar c : digits) {
+        if (!c.isDigit()) {
+            return std::nullopt;
+        }
+        value = value * 10 + c.digitValue();
+    }
+    return value;
+}
+
+// A number as the SQL text writes it, with the minus sign SQLite applies after reading it.
+std::optional<ParamValue> NumberValue(QStringView text) {
+    ParamValue v;
+    if (text.startsWith(u'-')) {
+        v.negate = true;
+        text = text.mid(1);
+    }
+    if (text.isEmpty()) {
+        return std::nullopt;
+    }
+    if (text.contains(u'.') || text.contains(u'e') || text.contains(u'E')) {
+        v.type = ParamValue::Type::Real;
+        v.view = text;
+        return v;
+    }
+    const auto whole = WholeNumber(text);
+    if (!whole) {
+        // SQLite reads a longer number its own way; the statement runs with it written out.
+        return std::nullopt;
+    }
+    v.type = ParamValue::Type::Integer;
+    v.integer = v.negate ? -*whole : *whole;
+    v.negate = false;
+    return v;
+}
+
+}  // namespace
+
+Translated Translate(const QString& jetSql, const SchemaLookup* schema) {
+    Tokens t = Tokenize(jetSql);
+    return TranslateTokens(t, schema, Translated());
+}
+
+std::optional<Shape> ShapeOf(const QString& jetSql) {
+    std::vector<Lexeme> lx;
+    lx.reserve(jetSql.size() / 4);
+    qsizetype i = 0;
+    Lexeme next;
+    while (NextLexeme(jetSql, i, lx.empty() ? nullptr : &lx.back().type, next)) {
+        lx.push_back(next);
+    }
+    if (lx.empty()) {
+        return std::nullopt;
+    }
+    // Only the key words below matter here; most words are names of other lengths.
+    const auto word = [&](size_t k, const char* w, qsizetype length) {
+        return lx[k].end - lx[k].start == length &&
+               IsWordAt(jetSql, lx[k], QLatin1StringView(w, length));
+    };
+    const bool select = word(0, "SELECT", 6);
+    const bool insert = word(0, "INSERT", 6);
+    if (!select && !insert && !word(0, "UPDATE", 6) && !word(0, "DELETE", 6)) {
+        // Definitions and the rest run as they are written.
+        return std::nullopt;
+    }
+
+    // Where literals may be taken out: the values of an INSERT, all of an UPDATE or DELETE up to
+    // an ORDER BY or LIMIT, the top-level WHERE of a SELECT (a literal elsewhere in a SELECT may
+    // name a column or a sort position). A statement with a nested SELECT, or with a name SQLite
+    // would take for a parameter, keeps all its literals.
+    std::vector<bool> takeOut(lx.size(), false);
+    bool open = !select && !insert;
+    bool keepAll = false;
+    int depth = 0;
+    int taken = 0;
+    for (size_t k = 0; k < lx.size(); ++k) {
+        const Lexeme& l = lx[k];
+        const qsizetype length = l.end - l.start;
+        if (l.type == Tok::Punct) {
+            if (length == 1) {
+                const QChar c = jetSql[l.start];
+                if (c == u'(') {
+                    ++depth;
+                } else if (c == u')') {
+                    --depth;
+                } else if (c == u'?' || c == u':' || c == u'@') {
+                    keepAll = true;
+                }
+            }
+            continue;
+        }
+        if (l.type == Tok::Word) {
+            if (QStringView(jetSql).mid(l.start, length).contains(u'$') ||
+                (k > 0 && word(k, "SELECT", 6))) {
+                keepAll = true;
+            } else if (depth != 0 || (length != 4 && length != 5 && length != 6 && length != 9)) {
+                // Not a key word that opens or closes the part.
+            } else if (select && word(k, "INTO", 4) && !open) {
+                // SELECT ... INTO makes a table.
+                return std::nullopt;
+            } else if (select ? word(k, "WHERE", 5) : insert && word(k, "VALUES", 6)) {
+                open = true;
+            } else if (word(k, "ORDER", 5) || word(k, "GROUP", 5) || word(k, "HAVING", 6) ||
+                       word(k, "LIMIT", 5) || word(k, "UNION", 5) || word(k, "EXCEPT", 6) ||
+                       word(k, "INTERSECT", 9) || word(k, "WINDOW", 6)) {
+                open = false;
+            }
+            continue;
+        }
+        if (open && IsLiteral(l.type) && !StaysInPlace(jetSql, lx, k)) {
+            takeOut[k] = true;
+            ++taken;
+        }
+    }
+
+    Shape shape;
+    shape.select = select;
+    if (keepAll || taken == 0) {
+        shape.textSize = jetSql.size();
+        shape.key.reserve(jetSql.size() + 2);
+        shape.key += jetSql;
+        shape.key += QChar(0);
+        return shape;
+    }
+    shape.literals.reserve(taken);
+    shape.key.reserve(jetSql.size() + 2 * taken + 2);
+    QString kinds;
+    kinds.reserve(taken);
+    qsizetype copied = 0;
+    for (size_t k = 0; k < lx.size(); ++k) {
+        if (!takeOut[k]) {
+            continue;
+        }
+        const Lexeme& l = lx[k];
+        shape.key += QStringView(jetSql).mid(copied, l.start - copied);
+        shape.key += u'?';
+        copied = l.end;
+        Literal literal;
+        literal.text = QStringView(jetSql).mid(l.start, l.end - l.start);
+        switch (l.type) {
+            case Tok::String:
+                literal.kind = Literal::Kind::String;
+                // A doubled quote inside stands for one.
+                if (literal.text.mid(1, literal.text.size() - 2).contains(literal.text.front())) {
+                    literal.doubled = true;
+                    literal.unquoted = Unquote(jetSql, l.start, l.end);
+                }
+                kinds += u's';
+                break;
+            case Tok::Date:
+                literal.kind = Literal::Kind::Date;
+                kinds += u'd';
+                break;
+            default:
+                literal.kind = Literal::Kind::Number;
+                kinds += u'n';
+                break;
+        }
+        shape.literals.push_back(std::move(literal));
+    }
+    shape.key += QStringView(jetSql).mid(copied);
+    shape.textSize = shape.key.size();
+    shape.key += QChar(0);
+    shape.key += kinds;
+    return shape;
+}
+
+Translated TranslateShape(const Shape& shape, const SchemaLookup* schema) {
+    Tokens t = Tokenize(shape.text().toString(), !shape.literals.empty());
+    Translated r;
+    r.params.reserve(shape.literals.size());
+    for (const Literal& literal : shape.literals) {
+        r.params.push_back({literal.kind == Literal::Kind::String   ? ParamRule::Kind::Text
+                            : literal.kind == Literal::Kind::Number ? ParamRule::Kind::Number
+                                                                    : ParamRule::Kind::Date,
+                            QString()});
+    }
+    qsizetype params = 0;
+    for (const Token& k : t) {
+        params += k.type == Tok::Param ? 1 : 0;
+    }
+    if (params != qsizetype(shape.literals.size())) {
+        ThrowSyntax(QStringLiteral("The statement's literals could not be taken out."));
+    }
+    return TranslateTokens(t, schema, std::move(r));
+}
+
+QStringView Literal::value() const {
+    switch (kind) {
+        case Kind::String:
+            return doubled ? QStringView(unquoted) : text.mid(1, text.size() - 2);
+        case Kind::Date:
+            return text.mid(1, text.size() - 2);
+        case Kind::Number:
+            break;
+    }
+    return text;
+}
+
+std::optional<std::vector<ParamValue>> ParamValues(const Shape& shape,
+                                                   const std::vector<ParamRule>& rules) {
+    // The dates are read before anything is converted, as the written statement would be.
+    std::vector<std::optional<QDateTime>> dates;
+    for (const Literal& literal : shape.literals) {
+        if (literal.kind == Literal::Kind::Date) {
+            dates.push_back(ParseJetDateText(literal.value().toString()));
+            if (!dates.back()) {
+                ThrowSyntax(QStringLiteral("Syntax error in date in query expression '%1'.")
+                                .arg(literal.text));
+            }
+        }
+    }
+    std::vector<ParamValue> values;
+    values.reserve(shape.literals.size());
+    size_t date = 0;
+    for (size_t k = 0; k < shape.literals.size(); ++k) {
+        const Literal& literal = shape.literals[k];
+        ParamValue v;
+        switch (rules[k].kind) {
+            case ParamRule::Kind::Text:
+                v.type = ParamValue::Type::Text;
+                v.view = literal.value();
+                break;
+            case ParamRule::Kind::Date:
+                v.type = ParamValue::Type::Text;
+                v.made = DateTimeToStorage(*dates[date++]);
+                v.ownText = true;
+                break;
+            case ParamRule::Kind::Number: {
+                const auto number = NumberValue(literal.value());
+                if (!number) {
+                    return std::nullopt;
+                }
+                v = *number;
+                break;
+            }
+            case ParamRule::Kind::Coerce: {
+                const auto sql = CoercedLiteral(rules[k].declType, literal.value().toString());
+                if (!sql) {
+                    v.type = ParamValue::Type::Text;
+                    v.view = literal.value();
+                } else if (*sql == u"NULL") {
+                    v.type = ParamValue::Type::Null;
+                } else if (sql->startsWith(u'\'')) {
+                    v.type = ParamValue::Type::Text;
+                    v.made = Unquote(*sql, 0, sql->size());
+                    v.ownText = true;
+                } else {
+                    const auto number = NumberValue(*sql);
+                    if (!number) {
+                        return std::nullopt;
+                    }
+                    v = *number;
+                    if (v.type == ParamValue::Type::Real) {
+                        // The view was of the made text, which goes with this scope.
+                        v.made = v.view.toString();
+                        v.ownText = true;
+                    }
+                }
+                break;
+            }
+        }
+        values.push_back(std::move(v));
+    }
+    return values;
 }
 
 std::optional<QString> InjectRowid(const QString& sqliteSelect, const QString& baseTable,

@@ -15,26 +15,9 @@ namespace slipbook::store {
 namespace {
 
 const QString kSource = QStringLiteral("Slipbook.Recordset");
-const QString kRowidAlias = QStringLiteral("__slipbook_rowid");
 
 QString Utf8(const unsigned char* text, int bytes) {
     return QString::fromUtf8(reinterpret_cast<const char*>(text), bytes);
-}
-
-ColumnInfo InfoOf(sqlite3_stmt* stmt, int i) {
-    ColumnInfo c;
-    c.name = QString::fromUtf8(sqlite3_column_name(stmt, i));
-    if (const char* decl = sqlite3_column_decltype(stmt, i)) {
-        c.declType = QString::fromUtf8(decl);
-    }
-    if (const char* table = sqlite3_column_table_name(stmt, i)) {
-        c.table = QString::fromUtf8(table);
-    }
-    if (const char* origin = sqlite3_column_origin_name(stmt, i)) {
-        c.origin = QString::fromUtf8(origin);
-    }
-    c.kind = KindOfDeclType(c.declType);
-    return c;
 }
 
 QVariant ReadValue(sqlite3_stmt* stmt, int i, ColumnKind kind) {
@@ -257,6 +240,22 @@ struct Stmt {
 
 }  // namespace
 
+ColumnInfo ColumnInfoOf(sqlite3_stmt* stmt, int i) {
+    ColumnInfo c;
+    c.name = QString::fromUtf8(sqlite3_column_name(stmt, i));
+    if (const char* decl = sqlite3_column_decltype(stmt, i)) {
+        c.declType = QString::fromUtf8(decl);
+    }
+    if (const char* table = sqlite3_column_table_name(stmt, i)) {
+        c.table = QString::fromUtf8(table);
+    }
+    if (const char* origin = sqlite3_column_origin_name(stmt, i)) {
+        c.origin = QString::fromUtf8(origin);
+    }
+    c.kind = KindOfDeclType(c.declType);
+    return c;
+}
+
 ColumnKind KindOfDeclType(const QString& declType) {
     const QString t = declType.trimmed().toUpper();
     if (t.isEmpty()) {
@@ -286,38 +285,13 @@ ColumnKind KindOfDeclType(const QString& declType) {
 // ---------------------------------------------------------------------------------------------
 // Query
 
-Query::Query(const Database* db, sqlite3_stmt* stmt) : db_(db), stmt_(stmt) {
-    const int n = sqlite3_column_count(stmt_);
-    columns_.reserve(n);
-    for (int i = 0; i < n; ++i) {
-        columns_.push_back(InfoOf(stmt_, i));
-    }
-}
-
-Query::Query(Query&& other) noexcept
-    : db_(other.db_),
-      stmt_(std::exchange(other.stmt_, nullptr)),
-      columns_(std::move(other.columns_)) {}
-
-Query& Query::operator=(Query&& other) noexcept {
-    if (this != &other) {
-        sqlite3_finalize(stmt_);
-        db_ = other.db_;
-        stmt_ = std::exchange(other.stmt_, nullptr);
-        columns_ = std::move(other.columns_);
-    }
-    return *this;
-}
-
-Query::~Query() {
-    sqlite3_finalize(stmt_);
-}
+Query::Query(const Database* db, Statement stmt) : db_(db), stmt_(std::move(stmt)) {}
 
 bool Query::Next() {
-    if (stmt_ == nullptr) {
+    if (!stmt_) {
         return false;
     }
-    const int rc = sqlite3_step(stmt_);
+    const int rc = sqlite3_step(stmt_.get());
     if (rc == SQLITE_ROW) {
         return true;
     }
@@ -328,16 +302,16 @@ bool Query::Next() {
 }
 
 int Query::FieldCount() const {
-    return static_cast<int>(columns_.size());
+    return stmt_ ? static_cast<int>(stmt_.plan().columns.size()) : 0;
 }
 
 QString Query::FieldName(int index) const {
-    return columns_.at(index).name;
+    return Field(index).name;
 }
 
 int Query::FieldIndex(const QString& name) const {
     for (int i = 0; i < FieldCount(); ++i) {
-        if (columns_[i].name.compare(name, Qt::CaseInsensitive) == 0) {
+        if (Field(i).name.compare(name, Qt::CaseInsensitive) == 0) {
             return i;
         }
     }
@@ -345,7 +319,7 @@ int Query::FieldIndex(const QString& name) const {
 }
 
 QVariant Query::Value(int index) const {
-    return ReadValue(stmt_, index, columns_.at(index).kind);
+    return ReadValue(stmt_.get(), index, Field(index).kind);
 }
 
 QVariant Query::Value(const QString& name) const {
@@ -358,16 +332,16 @@ QVariant Query::Value(const QString& name) const {
 }
 
 QString Query::Text(int index) const {
-    const unsigned char* text = sqlite3_column_text(stmt_, index);
-    return text ? Utf8(text, sqlite3_column_bytes(stmt_, index)) : QString();
+    const unsigned char* text = sqlite3_column_text(stmt_.get(), index);
+    return text ? Utf8(text, sqlite3_column_bytes(stmt_.get(), index)) : QString();
 }
 
 bool Query::IsNull(int index) const {
-    return sqlite3_column_type(stmt_, index) == SQLITE_NULL;
+    return sqlite3_column_type(stmt_.get(), index) == SQLITE_NULL;
 }
 
 Query::Storage Query::StorageOf(int index) const {
-    switch (sqlite3_column_type(stmt_, index)) {
+    switch (sqlite3_column_type(stmt_.get(), index)) {
         case SQLITE_NULL:
             return Storage::Null;
         case SQLITE_INTEGER:
@@ -382,11 +356,11 @@ Query::Storage Query::StorageOf(int index) const {
 }
 
 qint64 Query::Integer(int index) const {
-    return sqlite3_column_int64(stmt_, index);
+    return sqlite3_column_int64(stmt_.get(), index);
 }
 
 double Query::Real(int index) const {
-    return sqlite3_column_double(stmt_, index);
+    return sqlite3_column_double(stmt_.get(), index);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -405,36 +379,25 @@ void Recordset::Load(const QString& jetSql) {
     if (!source.isEmpty() && !source.contains(u' ') && db_.TableExists(source)) {
         source = QStringLiteral("SELECT * FROM [") + source + u']';
     }
-    const jet::Translated t = db_.Translate(source);
-    if (t.kind != jet::StatementKind::Select) {
-        throw DbError(err::Syntax, kSource,
-                      QStringLiteral("A row set needs a SELECT statement: %1").arg(jetSql));
+    const Statement stmt = db_.Take(
+        source, type_ == RecordsetType::Dynaset ? Database::Use::Dynaset : Database::Use::Snapshot,
+        jetSql);
+    const bool withRowid = !stmt.plan().rowidTable.isEmpty();
+    if (withRowid) {
+        baseTable_ = stmt.plan().rowidTable;
     }
-    QString sql = t.sql;
-    bool withRowid = false;
-    if (type_ == RecordsetType::Dynaset && !t.baseTable.isEmpty() && db_.TableExists(t.baseTable)) {
-        if (auto injected = jet::InjectRowid(t.sql, t.baseTable, kRowidAlias)) {
-            sql = *injected;
-            withRowid = true;
-            baseTable_ = db_.TableDefinition(t.baseTable)->name;
-        }
-    }
-    Stmt stmt(db_.Prepare(sql));
-    const int n = sqlite3_column_count(stmt.s) - (withRowid ? 1 : 0);
-    columns_.clear();
-    for (int i = 0; i < n; ++i) {
-        columns_.push_back(InfoOf(stmt.s, i));
-    }
+    columns_ = stmt.plan().columns;
+    const int n = static_cast<int>(columns_.size());
     int rc;
-    while ((rc = sqlite3_step(stmt.s)) == SQLITE_ROW) {
+    while ((rc = sqlite3_step(stmt.get())) == SQLITE_ROW) {
         std::vector<QVariant> row;
         row.reserve(n);
         for (int i = 0; i < n; ++i) {
-            row.push_back(ReadValue(stmt.s, i, columns_[i].kind));
+            row.push_back(ReadValue(stmt.get(), i, columns_[i].kind));
         }
         rows_.push_back(std::move(row));
         if (withRowid) {
-            rowids_.push_back(sqlite3_column_int64(stmt.s, n));
+            rowids_.push_back(sqlite3_column_int64(stmt.get(), n));
         }
     }
     if (rc != SQLITE_DONE) {

@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+struct sqlite3_stmt;
+
 namespace slipbook::store {
 
 class Database;
@@ -27,6 +29,9 @@ struct ColumnInfo {
 // columns give qint64 (a true flag is -1); Real gives double; DateTime gives QDateTime;
 // Currency gives store::Currency; text gives QString.
 ColumnKind KindOfDeclType(const QString& declType);
+
+// A result column of a prepared statement.
+ColumnInfo ColumnInfoOf(sqlite3_stmt* stmt, int index);
 
 using Bookmark = qint64;
 

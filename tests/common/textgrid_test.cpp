@@ -312,3 +312,49 @@ TEST(TextGridModel, SortsAHundredThousandRows) {
         ASSERT_LE(grid.CellView(row - 1, 3).compare(grid.CellView(row, 3)), 0) << row;
     }
 }
+
+// Finds go through an index of the keys once the rows have been searched; whatever happens to
+// the rows, a find gives the first row whose key is the value, as a scan of the rows would.
+TEST(TextGridModel, FindsTheFirstRowOfAKeyWhateverHappensToTheRows) {
+    TextGridModel grid;
+    Fill(grid, gridtype::Number, {"5", "3", "9"});
+    std::mt19937 rng(7);
+    const auto pick = [&](int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng); };
+    const auto key = [&] { return QString::number(pick(12)); };
+    for (int step = 0; step < 2000; ++step) {
+        switch (pick(6)) {
+            case 0:
+            case 1:
+                grid.AddRow(QStringList{key(), QString::number(pick(100))});
+                break;
+            case 2:
+                if (grid.RowCount() > 0) {
+                    const int row = pick(grid.RowCount());
+                    // Mostly the same key with new cells, as a saved run's row comes back.
+                    const QString k = pick(3) == 0 ? key() : grid.Cell(row, 0);
+                    grid.SetRowText(row, k + u'\t' + QString::number(pick(100)));
+                }
+                break;
+            case 3:
+                if (grid.RowCount() > 3) {
+                    grid.RemoveRow(pick(grid.RowCount()));
+                }
+                break;
+            case 4:
+                if (pick(10) == 0) {
+                    grid.GridSort(1);
+                }
+                break;
+            default:
+                break;
+        }
+        const QString wanted = key();
+        int first = -1;
+        for (int row = 0; row < grid.RowCount() && first < 0; ++row) {
+            if (grid.Cell(row, 0) == wanted) {
+                first = row;
+            }
+        }
+        ASSERT_EQ(grid.GridFindRow(wanted), first) << "step " << step;
+    }
+}

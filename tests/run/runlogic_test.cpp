@@ -448,3 +448,33 @@ TEST(RunSave, TheListRowOfASavedRunIsTheListsOwn) {
                        Awkward(QStringLiteral("Custom1")));
     EXPECT_EQ(RunGridRow(db, {QStringLiteral("lRun_id")}, 9999), QString());
 }
+
+// The run window keeps what it read for the list's rows; a name or a format changed in between
+// shows in the next row it makes, as in a row made afresh.
+TEST(RunSave, TheListRowKeepsUpWithNamesAndFormats) {
+    test::TempLogbook lb;
+    store::Database& db = lb.db();
+    const qint64 id = AddRun(db, "07/04/2024", "02:35 PM");
+    const QStringList names = {QStringLiteral("lRun_id"), QStringLiteral("lOpponent_id"),
+                               QStringLiteral("i14Mile_et"), QStringLiteral("lCar_id")};
+    RunGridRowMaker maker(db);
+    const QString first = maker.Row(names, id);
+    EXPECT_EQ(first, RunGridRow(db, names, id));
+    EXPECT_EQ(maker.Row(names, id), first);
+
+    db.Execute(
+        QStringLiteral("UPDATE tblOpponent SET sOpponent_nm = 'Renamed' WHERE "
+                       "sOpponent_nm = 'Bye Run'"));
+    db.Execute(
+        QStringLiteral("UPDATE tblListViewColumns SET sDisplayFormat = '0.0' WHERE "
+                       "sFieldName = 'i14Mile_et'"));
+    const QString second = maker.Row(names, id);
+    EXPECT_EQ(second, RunGridRow(db, names, id));
+    EXPECT_EQ(second.split(u'\t').mid(1, 2), QStringList({"Renamed", "9.9"}));
+
+    // Another run, other columns, a run that is gone.
+    const qint64 other = AddRun(db, "07/05/2024", "09:00 AM");
+    const QStringList fewer = {QStringLiteral("lRun_id"), QStringLiteral("lOpponent_id")};
+    EXPECT_EQ(maker.Row(fewer, other), RunGridRow(db, fewer, other));
+    EXPECT_EQ(maker.Row(fewer, 9999), QString());
+}

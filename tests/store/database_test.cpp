@@ -5,8 +5,10 @@
 #include "support/scriptedmessages.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <QFile>
 #include <QTemporaryDir>
+#include <functional>
 
 using namespace slipbook;
 using namespace slipbook::store;
@@ -325,4 +327,205 @@ TEST(Database, QueryReadsForwardWithConvertedValues) {
     EXPECT_EQ(q.Value(QStringLiteral("DTRUN_DT")).toDateTime().date(), QDate(2003, 7, 4));
     EXPECT_TRUE(q.IsNull(q.FieldIndex(QStringLiteral("i14Mile_et"))));
     EXPECT_EQ(q.FieldIndex(QStringLiteral("nope")), -1);
+}
+
+namespace {
+
+// Each row of the table as SQLite holds it: the storage class and the literal of every cell.
+QStringList Contents(Database& db, const QString& table) {
+    QStringList rows;
+    sqlite3_stmt* stmt = db.Prepare(QStringLiteral("SELECT * FROM %1 ORDER BY rowid").arg(table));
+    while (sqlite3_step(stmt) == SQLITE_ROW) {
+        QStringList cells;
+        for (int i = 0; i < sqlite3_column_count(stmt); ++i) {
+            const int type = sqlite3_column_type(stmt, i);
+            cells << QString::number(type) + u':' +
+                         (type == SQLITE_FLOAT
+                              ? QString::number(sqlite3_column_double(stmt, i), 'g', 17)
+                              : QString::fromUtf8(
+                                    reinterpret_cast<const char*>(sqlite3_column_text(stmt, i))));
+        }
+        rows << cells.join(u'|');
+    }
+    sqlite3_finalize(stmt);
+    return rows;
+}
+
+// The statement as written, translated and run once without the kept statements.
+void RunAsWritten(Database& db, const QString& jet) {
+    sqlite3_stmt* stmt = db.Prepare(db.Translate(jet).sql);
+    const int rc = sqlite3_step(stmt);
+    sqlite3_finalize(stmt);
+    if (rc != SQLITE_DONE) {
+        db.Throw(rc, QStringLiteral("Slipbook.Database"));
+    }
+}
+
+QString Outcome(const std::function<void()>& run) {
+    try {
+        run();
+        return QStringLiteral("ok");
+    } catch (const DbError& e) {
+        return QString::number(e.number()) + u' ' + e.description();
+    }
+}
+
+}  // namespace
+
+// The values are taken out of a statement and bound to one prepared for its shape; whatever the
+// values, the rows and the errors are those of the statement as written.
+TEST(Database, StatementsOfOneShapeGiveWhatTheirTextGives) {
+    QTemporaryDir dir;
+    Database kept;
+    Database written;
+    kept.OpenRaw(dir.filePath(QStringLiteral("kept.db")), true);
+    written.OpenRaw(dir.filePath(QStringLiteral("written.db")), true);
+    const QString table = QStringLiteral(
+        "CREATE TABLE t (id COUNTER CONSTRAINT PrimaryKey PRIMARY KEY, n Number, i Integer, "
+        "s Text(50), d DateTime, b YesNo, m Memo)");
+    kept.Execute(table);
+    written.Execute(table);
+
+    const QStringList statements = {
+        "INSERT INTO t (n, i, s, d, b, m) VALUES (1.402, 72, 'O''Neil''s', #07/04/2003#, True, "
+        "\"a \"\"quote\"\"\")",
+        "INSERT INTO t (n, i, s, d, b, m) VALUES (70, 3.7, '1.50', #10:30 AM#, False, '')",
+        // Texts into numbers, dates and flags are converted; an empty one is Null.
+        "INSERT INTO t (n, i, s, d, b, m) VALUES ('1,234.5', '', 'x', '07/05/2003', 'True', "
+        "'-2.5e3')",
+        "INSERT INTO t (n, i, s, d, b, m) VALUES ('-0.0', '12345678901234567890', '', '2.25', "
+        "'0', Null)",
+        "INSERT INTO t (n, i) VALUES (.5, 9223372036854775807)",
+        "INSERT INTO t (n, i) VALUES (1e5, 00012)",
+        "UPDATE t SET n = -1.5, s = 'It''s', d = #12/31/1999 11:59 PM# WHERE (id = 2)",
+        "UPDATE t SET n = '-2.5e3', i = ' -12 ', b = 'False', m = x'41' WHERE id = 3",
+        "UPDATE t SET n = n + 1, m = m & '-' & 7 WHERE id IN (1, 3) AND s <> 'zz'",
+        "UPDATE t SET s = 'like' WHERE s LIKE 'O*' OR m LIKE '%?'",
+        "UPDATE t SET b = -1 WHERE id = (SELECT MAX(id) FROM t WHERE n > 0.5)",
+        "UPDATE t SET i = 5 WHERE d >= #01/01/2000# AND d < #1/1/2100#",
+        "DELETE * FROM t WHERE n = 1e5",
+        // Errors: the same number and text as the statement as written gives.
+        "UPDATE t SET n = 'abc' WHERE id = 1",
+        "UPDATE t SET d = #13/45/2000# WHERE id = 1",
+        "UPDATE t SET n = 5 5 WHERE id = 1",
+        "UPDATE t SET nope = 1 WHERE id = 1",
+        "DELETE FROM t",
+    };
+    for (int round = 0; round < 2; ++round) {
+        // The second round runs every shape from what was kept in the first.
+        for (const QString& sql : statements) {
+            const QString here = Outcome([&] { kept.Execute(sql); });
+            const QString there = Outcome([&] { RunAsWritten(written, sql); });
+            EXPECT_EQ(here, there) << sql.toStdString();
+            ASSERT_EQ(Contents(kept, QStringLiteral("t")), Contents(written, QStringLiteral("t")))
+                << sql.toStdString();
+        }
+    }
+
+    // Reads bind the same way: a value in the WHERE of a SELECT.
+    for (const QString& sql : statements.mid(0, 6)) {
+        kept.Execute(sql);
+    }
+    for (const char* where : {"i = 72", "i = 00072", "s = 'O''NEIL''S'", "d = #07/04/2003#",
+                              "n > 1.4 AND n < 1.5", "b = True", "s IN ('x', '1.50')",
+                              "m = '-2.5e3'", "i > -1"}) {
+        const QString sql = QStringLiteral("SELECT id FROM t WHERE ") + QLatin1String(where);
+        QStringList expected;
+        sqlite3_stmt* stmt = kept.Prepare(kept.Translate(sql).sql);
+        while (sqlite3_step(stmt) == SQLITE_ROW) {
+            expected << QString::number(sqlite3_column_int64(stmt, 0));
+        }
+        sqlite3_finalize(stmt);
+        for (int round = 0; round < 2; ++round) {
+            Query q = kept.OpenQuery(sql);
+            QStringList ids;
+            while (q.Next()) {
+                ids << q.Text(0);
+            }
+            EXPECT_EQ(ids, expected) << where;
+            auto rs = kept.OpenRecordset(sql, RecordsetType::Snapshot);
+            EXPECT_EQ(rs->RecordCount(), expected.size()) << where;
+        }
+        EXPECT_FALSE(expected.isEmpty()) << where;
+    }
+}
+
+TEST(Database, KeptStatementsSurviveNestingSchemaChangesAndClosing) {
+    test::TempLogbook lb;
+    Database& db = lb.db();
+    for (int n = 1; n <= 3; ++n) {
+        AddRun(db, 1, n, QStringLiteral("07/0%1/2003").arg(n), QStringLiteral("10:30 AM"));
+    }
+    // The same statement open twice at once: each reads its own rows.
+    const QString sql = QStringLiteral("SELECT lEvent_id FROM tblRuns WHERE lCar_id = 1");
+    int pairs = 0;
+    for (Query outer = db.OpenQuery(sql); outer.Next();) {
+        Query inner = db.OpenQuery(sql);
+        while (inner.Next()) {
+            ++pairs;
+        }
+    }
+    EXPECT_EQ(pairs, 9);
+
+    // A new column shows in the statement run before it was there.
+    const QString all = QStringLiteral("SELECT * FROM tblEvents WHERE lEvent_id = 1");
+    const int columns = db.OpenQuery(all).FieldCount();
+    db.Execute(QStringLiteral("ALTER TABLE tblEvents ADD COLUMN sExtra Text(10)"));
+    EXPECT_EQ(db.OpenQuery(all).FieldCount(), columns + 1);
+    db.Execute(QStringLiteral("UPDATE tblEvents SET sExtra = 'x' WHERE lEvent_id = 1"));
+    EXPECT_EQ(Scalar(db, QStringLiteral("SELECT sExtra FROM tblEvents WHERE lEvent_id = 1")),
+              QStringLiteral("x"));
+
+    // A statement still open when the logbook closes is let go when its reader goes.
+    {
+        Query open = db.OpenQuery(sql);
+        ASSERT_TRUE(open.Next());
+        db.Close();
+    }
+    db.Open(lb.path());
+    EXPECT_EQ(Scalar(db, QStringLiteral("SELECT COUNT(*) FROM tblRuns WHERE lCar_id = 1")), 3);
+}
+
+TEST(Database, TableStampsFollowEveryWrite) {
+    test::TempLogbook lb;
+    Database& db = lb.db();
+    const QString cars = QStringLiteral("tblCars");
+    const QString events = QStringLiteral("TBLEVENTS");
+    quint64 car = db.TableStamp(cars);
+    quint64 event = db.TableStamp(events);
+    const auto carChanged = [&] {
+        const quint64 now = db.TableStamp(cars);
+        const bool changed = now != car;
+        car = now;
+        return changed;
+    };
+
+    Scalar(db, QStringLiteral("SELECT * FROM tblCars"));
+    EXPECT_FALSE(carChanged());
+    db.Execute(QStringLiteral("UPDATE tblCars SET sCar_nm = 'a' WHERE lCar_id = 1"));
+    EXPECT_TRUE(carChanged());
+    EXPECT_EQ(db.TableStamp(events), event);
+    db.Execute(QStringLiteral("UPDATE tblCars SET sCar_nm = 'b' WHERE lCar_id = 1"));
+    EXPECT_TRUE(carChanged());
+
+    auto rs = db.OpenRecordset(QStringLiteral("SELECT * FROM tblCars"));
+    rs->Edit();
+    rs->SetValue(QStringLiteral("sCar_nm"), QStringLiteral("c"));
+    rs->Update();
+    EXPECT_TRUE(carChanged());
+
+    // A rollback takes back what was read in between.
+    {
+        Database::Transaction tx(db);
+        db.Execute(QStringLiteral("UPDATE tblCars SET sCar_nm = 'd' WHERE lCar_id = 1"));
+        EXPECT_TRUE(carChanged());
+    }
+    EXPECT_TRUE(carChanged());
+
+    // Emptying a table is a change, though SQLite does it without visiting the rows.
+    db.Execute(QStringLiteral("DELETE * FROM tblEvents"));
+    EXPECT_NE(db.TableStamp(events), event);
+    event = db.TableStamp(events);
+    db.Execute(QStringLiteral("ALTER TABLE tblTracks ADD COLUMN sMore Text(5)"));
+    EXPECT_NE(db.TableStamp(events), event);
 }

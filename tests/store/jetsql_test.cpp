@@ -320,5 +320,66 @@ TEST(JetSqlText, InjectRowidAndSplitScript) {
     EXPECT_TRUE(SplitScript(" ;\n -- nothing\n").isEmpty());
 }
 
+// What stays in a shape is what can't be bound as the same value; statements that differ only in
+// the values taken out share one translation.
+TEST(JetSqlText, ShapesTakeOutOnlyValuesThatBindAlike) {
+    // A shape's literals are views of the statement, which is kept here.
+    std::vector<QString> kept;
+    const auto shapeOf = [&](const char* sql) {
+        kept.push_back(QString::fromLatin1(sql));
+        return ShapeOf(kept.back());
+    };
+    kept.reserve(32);
+    const auto text = [&](const char* sql) {
+        const auto shape = shapeOf(sql);
+        return shape ? shape->text().toString() : QStringLiteral("(as written)");
+    };
+    EXPECT_EQ(text("UPDATE t SET a = 'x''y', b = 1.5, c = #1/2/2003# WHERE (id = 12)"),
+              "UPDATE t SET a = ?, b = ?, c = ? WHERE (id = ?)");
+    EXPECT_EQ(shapeOf("UPDATE t SET a = 'x' WHERE id = 1")->key,
+              shapeOf("UPDATE t SET a = 'other' WHERE id = 999")->key);
+    EXPECT_NE(shapeOf("UPDATE t SET a = 'x' WHERE id = 1")->key,
+              shapeOf("UPDATE t SET a = 5 WHERE id = 1")->key);
+    EXPECT_EQ(text("INSERT INTO t (a, b) VALUES ('x', -2)"), "INSERT INTO t (a, b) VALUES (?, -?)");
+    // A SELECT keeps what names its columns and its order; only its WHERE gives values.
+    EXPECT_EQ(text("SELECT 'k', 2 FROM t WHERE a = 'x' AND b > 3 ORDER BY 1"),
+              "SELECT 'k', 2 FROM t WHERE a = ? AND b > ? ORDER BY 1");
+    EXPECT_EQ(text("SELECT a FROM t WHERE a LIKE 'x*' ESCAPE '!' AND b = 'y'"),
+              "SELECT a FROM t WHERE a LIKE 'x*' ESCAPE '!' AND b = ?");
+    EXPECT_EQ(text("UPDATE t SET a = 1 WHERE b IN (SELECT c FROM u WHERE d = 2)"),
+              "UPDATE t SET a = 1 WHERE b IN (SELECT c FROM u WHERE d = 2)");
+    EXPECT_EQ(text("DELETE FROM t WHERE a = :x OR b = 3"), "DELETE FROM t WHERE a = :x OR b = 3");
+    EXPECT_EQ(text("UPDATE t SET a = x'0A', b = 1.5e WHERE c = 2"),
+              "UPDATE t SET a = x'0A', b = 1.5e WHERE c = ?");
+    EXPECT_EQ(text("SELECT * INTO u FROM t WHERE a = 1"), "(as written)");
+    EXPECT_EQ(text("CREATE TABLE u (a Text(5))"), "(as written)");
+
+    // The values as they are bound, with the errors the written text gives.
+    const auto shape = shapeOf("UPDATE t SET a = 'it''s', b = 00042, c = 1.50, d = #7/4/2003#");
+    ASSERT_TRUE(shape);
+    const std::vector<ParamRule> rules = {{ParamRule::Kind::Text, {}},
+                                          {ParamRule::Kind::Number, {}},
+                                          {ParamRule::Kind::Number, {}},
+                                          {ParamRule::Kind::Date, {}}};
+    const auto values = ParamValues(*shape, rules);
+    ASSERT_TRUE(values);
+    EXPECT_EQ((*values)[0].text(), u"it's");
+    EXPECT_EQ((*values)[1].integer, 42);
+    EXPECT_EQ((*values)[2].type, ParamValue::Type::Real);
+    EXPECT_EQ((*values)[2].text(), u"1.50");
+    EXPECT_EQ((*values)[3].text(), u"2003-07-04 00:00:00");
+    const auto wide = shapeOf("UPDATE t SET a = 12345678901234567890");
+    EXPECT_FALSE(ParamValues(*wide, {{ParamRule::Kind::Number, {}}}));
+    const auto coerced = shapeOf("UPDATE t SET a = ' ', b = 'abc'");
+    const std::vector<ParamRule> numbers = {{ParamRule::Kind::Coerce, "REAL"},
+                                            {ParamRule::Kind::Coerce, "REAL"}};
+    try {
+        ParamValues(*coerced, numbers);
+        ADD_FAILURE() << "a text that is no number was bound";
+    } catch (const DbError& e) {
+        EXPECT_EQ(e.number(), err::TypeMismatch);
+    }
+}
+
 }  // namespace
 }  // namespace slipbook::store::jet

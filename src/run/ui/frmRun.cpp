@@ -951,7 +951,7 @@ void frmRun::GridAfterSave(const RunSaveOutcome& outcome) {
     if (!grid_ || main_.CurrentView() != viewId_) {
         return;
     }
-    const QString row = RunGridRow(db_, grid_->ColumnNames(), outcome.runId);
+    const QString row = rowMaker_.Row(grid_->ColumnNames(), outcome.runId);
     if (!row.isEmpty()) {
         grid_->PutRow(QString::number(outcome.runId), row);
     }

@@ -145,6 +145,7 @@ private:
     void SetWeatherButtonRed(bool red);
 
     std::unique_ptr<RunListGrid> grid_;
+    RunGridRowMaker rowMaker_{db_};  // the list's rows of saved runs
     weather::NowClock now_;
     std::unique_ptr<weather::PollTimer> timer_;
     std::function<void(qint64)> tuneUpOpener_;

@@ -17,19 +17,6 @@ bool IsBlank(QChar c) {
     return c == u' ' || c == u'\t';
 }
 
-// The classic Trim and LTrim take spaces only; tabs and line ends stay.
-QStringView TrimSpaces(QStringView s) {
-    qsizetype from = 0;
-    qsizetype to = s.size();
-    while (from < to && s[from] == u' ') {
-        ++from;
-    }
-    while (to > from && s[to - 1] == u' ') {
-        --to;
-    }
-    return s.sliced(from, to - from);
-}
-
 QDateTime Make(QDate date, QTime time) {
     return QDateTime(date, time, Qt::UTC);
 }
@@ -312,6 +299,18 @@ std::optional<double> NumericValue(const QVariant& value) {
 }
 
 }  // namespace
+
+QStringView TrimSpaces(QStringView s) {
+    qsizetype from = 0;
+    qsizetype to = s.size();
+    while (from < to && s[from] == u' ') {
+        ++from;
+    }
+    while (to > from && s[to - 1] == u' ') {
+        --to;
+    }
+    return s.sliced(from, to - from);
+}
 
 QDate DayZero() {
     return QDate(1899, 12, 30);

@@ -132,6 +132,9 @@ CalcResult<int> IntOrZero(const QVariant& value);
 
 // For saving: Null for the empty text, else the text without leading and trailing blanks.
 QVariant TextOrNull(const QString& text);
+// The text without leading and trailing blanks. The classic Trim takes spaces only; tabs and
+// line ends stay.
+QStringView TrimSpaces(QStringView text);
 
 // The list index to select after an entry was removed: -1 when the list is empty (`count` 0),
 // the last entry when `index` + 1 reaches it, else `index` (at least 0).

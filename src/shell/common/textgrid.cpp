@@ -178,16 +178,24 @@ void TextGridModel::GridHeadersSet(QStringView text, QChar separator) {
 }
 
 void TextGridModel::AddRow(QStringView rowText) {
-    const int at = RowCount();
-    beginInsertRows(QModelIndex(), at, at);
-    rows_.push_back(rowText.toString());
-    endInsertRows();
+    AppendRow(rowText.toString());
 }
 
 void TextGridModel::AddRow(const QStringList& cells) {
+    AppendRow(JoinCells(cells));
+}
+
+void TextGridModel::AppendRow(QString rowText) {
     const int at = RowCount();
     beginInsertRows(QModelIndex(), at, at);
-    rows_.push_back(JoinCells(cells));
+    rows_.push_back(std::move(rowText));
+    if (keysIndexed_) {
+        // An earlier row of the same key stays the first.
+        const QStringView key = CellOf(rows_.back(), 0);
+        if (!keyRows_.contains(key)) {
+            keyRows_.insert(key, at);
+        }
+    }
     endInsertRows();
 }
 
@@ -195,7 +203,20 @@ void TextGridModel::SetRowText(int row, QStringView rowText) {
     if (row < 0 || row >= RowCount()) {
         return;
     }
+    bool indexed = false;
+    if (keysIndexed_) {
+        const QStringView key = CellOf(rows_[row], 0);
+        if (key != CellOf(rowText, 0)) {
+            ForgetKeys();
+        } else if (const auto it = keyRows_.find(key); it != keyRows_.end() && it.value() == row) {
+            keyRows_.erase(it);
+            indexed = true;
+        }
+    }
     rows_[row] = rowText.toString();
+    if (indexed) {
+        keyRows_.insert(CellOf(rows_[row], 0), row);
+    }
     if (ColumnCount() > 0) {
         Q_EMIT dataChanged(index(row, 0), index(row, ColumnCount() - 1));
     }
@@ -206,6 +227,7 @@ void TextGridModel::RemoveRow(int row) {
         return;
     }
     beginRemoveRows(QModelIndex(), row, row);
+    ForgetKeys();
     rows_.erase(rows_.begin() + row);
     endRemoveRows();
 }
@@ -216,6 +238,7 @@ void TextGridModel::SetRows(std::vector<QString> rowTexts) {
         row.squeeze();
     }
     beginResetModel();
+    ForgetKeys();
     rows_ = std::move(rowTexts);
     endResetModel();
 }
@@ -231,6 +254,7 @@ void TextGridModel::SetRows(const std::vector<QStringList>& rows) {
 
 void TextGridModel::RemoveAll() {
     beginResetModel();
+    ForgetKeys();
     rows_.clear();
     rows_.shrink_to_fit();
     endResetModel();
@@ -238,6 +262,7 @@ void TextGridModel::RemoveAll() {
 
 void TextGridModel::Clear() {
     beginResetModel();
+    ForgetKeys();
     rows_.clear();
     rows_.shrink_to_fit();
     columns_.clear();
@@ -252,12 +277,35 @@ QStringView TextGridModel::CellView(int row, int column) const {
 }
 
 int TextGridModel::GridFindRow(QStringView value) const {
-    for (int row = 0; row < RowCount(); ++row) {
-        if (CellOf(rows_[row], 0) == value) {
-            return row;
+    if (!keysIndexed_ && scans_ == 0) {
+        // A single find costs less than the index.
+        ++scans_;
+        for (int row = 0; row < RowCount(); ++row) {
+            if (CellOf(rows_[row], 0) == value) {
+                return row;
+            }
         }
+        return -1;
     }
-    return -1;
+    if (!keysIndexed_) {
+        keyRows_.clear();
+        keyRows_.reserve(rows_.size());
+        for (int row = 0; row < RowCount(); ++row) {
+            const QStringView key = CellOf(rows_[row], 0);
+            if (!keyRows_.contains(key)) {
+                keyRows_.insert(key, row);
+            }
+        }
+        keysIndexed_ = true;
+    }
+    const auto it = keyRows_.constFind(value);
+    return it == keyRows_.constEnd() ? -1 : it.value();
+}
+
+void TextGridModel::ForgetKeys() {
+    keyRows_.clear();
+    keysIndexed_ = false;
+    scans_ = 0;
 }
 
 int TextGridModel::GridNextRow(int index) const {
@@ -318,6 +366,7 @@ void TextGridModel::GridSort(int column) {
 
 void TextGridModel::ApplyOrder(const std::vector<int>& order) {
     Q_EMIT layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
+    ForgetKeys();
     std::vector<QString> sorted;
     sorted.reserve(rows_.size());
     std::vector<int> newRowOf(rows_.size());

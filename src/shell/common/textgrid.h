@@ -10,6 +10,7 @@
 // and the sort reads each row once.
 
 #include <QAbstractTableModel>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QStringView>
@@ -91,7 +92,8 @@ public:
     QStringView CellView(int row, int column) const;
     const QString& RowText(int row) const { return rows_.at(row); }
 
-    // The first row whose first cell equals the value, or -1.
+    // The first row whose first cell equals the value, or -1. Finds after the first since the
+    // rows were last removed, replaced or sorted go through an index of the keys.
     int GridFindRow(QStringView value) const;
     // The row to select after a removal: the row at the index, or the last row; -1 when there
     // are no rows.
@@ -108,9 +110,16 @@ public:
 private:
     // Puts the rows in the order given (new position -> old row) and moves persistent indexes.
     void ApplyOrder(const std::vector<int>& order);
+    void AppendRow(QString rowText);
+    void ForgetKeys();
 
     std::vector<GridColumn> columns_;
     std::vector<QString> rows_;
+    // The first row of each key. The keys are views of the row texts (a QString keeps its text
+    // where it is when the vector moves it), so each entry goes before its row text changes.
+    mutable QHash<QStringView, int> keyRows_;
+    mutable bool keysIndexed_ = false;
+    mutable int scans_ = 0;  // finds without the index since it was last forgotten
 };
 
 }  // namespace slipbook

@@ -741,9 +741,13 @@ void frmMain::GridRowPut(const QString& keyText, const QString& rowText) {
         model_->AddRow(QStringView(rowText));
         row = model_->RowCount() - 1;
     }
+    const int before = SelectedRow();
     SelectRow(row);
     StatusRecordCount();
-    NotesLoad();
+    // A row that became the current one has loaded its notes on the way.
+    if (SelectedRow() == before) {
+        NotesLoad();
+    }
 }
 
 void frmMain::GridRowRemove(const QString& keyText) {
