@@ -87,7 +87,7 @@ struct RunField {
     QString format;  // for LoadRule::Format
     NewRun newRun = NewRun::Text;
     QString newText;    // for NewRun::Text
-    int statement = 0;  // which of the run's nine statements writes it
+    int statement = 0;  // which of the run's nine assignment groups writes it
     int rank = 0;       // its place in that statement
     SaveForm save = SaveForm::Str;
     QString carColumn;     // the column of tblCars it is written back to; empty for none

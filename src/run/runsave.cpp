@@ -247,11 +247,9 @@ qint64 RunNextNumber(store::Database& db, qint64 eventId, qint64 carId) {
     return static_cast<qint64>(std::nearbyint(q.Value(0).toDouble())) + 1;
 }
 
-QStringList RunStatements(const RunValues& values, qint64 runId, bool adding) {
-    const QString where = QStringLiteral("WHERE (lRun_id = ") + QString::number(runId) + u')';
-    QStringList statements;
+QString RunStatement(const RunValues& values, qint64 runId, bool adding) {
+    UpdateText text(QLatin1StringView("tblRuns"));
     for (int s = 1; s <= 9; ++s) {
-        UpdateText text(QLatin1StringView("tblRuns"));
         for (const RunField* f : RunOrder()[s]) {
             // The base set-up and the nozzles go only into a run that is being added.
             if (!adding && f->kind == FieldKind::Hidden) {
@@ -263,25 +261,21 @@ QStringList RunStatements(const RunValues& values, qint64 runId, bool adding) {
                 text.Add(f->column, ValueLiteral(*f, values));
             }
         }
-        statements << text.Where(where);
     }
-    return statements;
+    return text.Where(QStringLiteral("WHERE (lRun_id = ") + QString::number(runId) + u')');
 }
 
-QStringList CarStatements(const RunValues& values, qint64 carId) {
-    const QString where = QStringLiteral("WHERE (lCar_id = ") + QString::number(carId) + u')';
-    QStringList statements;
+QString CarStatement(const RunValues& values, qint64 carId) {
+    UpdateText text(QLatin1StringView("tblCars"));
     for (int s = 1; s <= 7; ++s) {
-        UpdateText text(QLatin1StringView("tblCars"));
         for (const RunField* f : CarOrder()[s]) {
             // The notes go to the car as typed; a hint is no note there either.
             const QString value = values.text(f->column);
             text.AddText(f->carColumn,
                          f->kind == FieldKind::Notes && IsNotesHint(value) ? QString() : value);
         }
-        statements << text.Where(where);
     }
-    return statements;
+    return text.Where(QStringLiteral("WHERE (lCar_id = ") + QString::number(carId) + u')');
 }
 
 QStringList CustomNameStatements(const CustomNames& names) {
@@ -369,13 +363,10 @@ RunSaveOutcome SaveRun(store::Database& db, const RunSaveRequest& request) {
                            "lRunType_id) VALUES (Null, Null, Null, Null)"));
         out.runId = db.LastInsertRowId();
     }
-    const QStringList statements = RunStatements(request.values, out.runId, out.added);
-    for (qsizetype i = 0; i < statements.size(); ++i) {
-        if (db.Execute(statements[i]) == 0 && i == 0) {
-            // The run has gone since the window showed it.
-            throw store::DbError(store::err::NoCurrentRecord, QStringLiteral("Slipbook"),
-                                 QStringLiteral("No current record."));
-        }
+    if (db.Execute(RunStatement(request.values, out.runId, out.added)) == 0) {
+        // The run has gone since the window showed it.
+        throw store::DbError(store::err::NoCurrentRecord, QStringLiteral("Slipbook"),
+                             QStringLiteral("No current record."));
     }
     if (request.customNames) {
         for (const QString& s : CustomNameStatements(*request.customNames)) {
@@ -383,9 +374,7 @@ RunSaveOutcome SaveRun(store::Database& db, const RunSaveRequest& request) {
         }
     }
     if (hasCar && (out.added || IsNewestRun(db, out.runId))) {
-        for (const QString& s : CarStatements(request.values, car.toLongLong())) {
-            db.Execute(s);
-        }
+        db.Execute(CarStatement(request.values, car.toLongLong()));
         out.carUpdated = true;
     }
     if (hasCar && out.added) {

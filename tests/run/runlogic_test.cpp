@@ -163,12 +163,17 @@ TEST(RunFieldTable, EveryColumnOnceAndEveryCarColumnExists) {
     EXPECT_FALSE(FieldByControl(u"txtThrottleStop(0)")->carColumn.isEmpty());
     EXPECT_EQ(FieldByColumn(u"SHATNOZZLE1_VAL")->kind, FieldKind::Hidden);
 
-    // Statement 4 carries the base set-up and the nozzles only for a new run.
-    const QStringList adding = RunStatements(FullRun(), 5, true);
-    const QStringList editing = RunStatements(FullRun(), 5, false);
-    ASSERT_EQ(adding.size(), 9);
-    EXPECT_TRUE(adding[3].contains(QStringLiteral("sHeadNozzle8_val = ")));
-    EXPECT_FALSE(editing[3].contains(QStringLiteral("sBaseADR")));
+    // The base set-up and the nozzles go only into a new run; the groups keep their order.
+    const QString adding = RunStatement(FullRun(), 5, true);
+    const QString editing = RunStatement(FullRun(), 5, false);
+    EXPECT_TRUE(adding.startsWith(QStringLiteral("UPDATE tblRuns SET lEvent_id = ")));
+    EXPECT_TRUE(adding.endsWith(QStringLiteral(" WHERE (lRun_id = 5)")));
+    EXPECT_TRUE(adding.contains(QStringLiteral("sHeadNozzle8_val = ")));
+    EXPECT_FALSE(editing.contains(QStringLiteral("sBaseADR")));
+    EXPECT_LT(adding.indexOf(QStringLiteral("sBlowerOverdrive_val")),
+              adding.indexOf(QStringLiteral("sJet1_val")));
+    EXPECT_LT(adding.indexOf(QStringLiteral("sRunNotes_tx")),
+              adding.indexOf(QStringLiteral("Custom1")));
 }
 
 TEST(RunIntervals, DifferencesWhileTyping) {
