@@ -247,12 +247,35 @@ qint64 RunNextNumber(store::Database& db, qint64 eventId, qint64 carId) {
     return static_cast<qint64>(std::nearbyint(q.Value(0).toDouble())) + 1;
 }
 
-QString RunStatement(const RunValues& values, qint64 runId, bool adding) {
+QString RunInsertStatement(const RunValues& values) {
+    QString columns;
+    QString literals;
+    columns.reserve(4096);
+    literals.reserve(4096);
+    for (int s = 1; s <= 9; ++s) {
+        for (const RunField* f : RunOrder()[s]) {
+            if (!columns.isEmpty()) {
+                columns += QStringLiteral(", ");
+                literals += QStringLiteral(", ");
+            }
+            columns += f->column;
+            if (f->save == SaveForm::Str) {
+                AppendSqlText(literals, TrimSpaces(values.text(f->column)));
+            } else {
+                literals += ValueLiteral(*f, values);
+            }
+        }
+    }
+    return QStringLiteral("INSERT INTO tblRuns (") + columns + QStringLiteral(") VALUES (") +
+           literals + u')';
+}
+
+QString RunStatement(const RunValues& values, qint64 runId) {
     UpdateText text(QLatin1StringView("tblRuns"));
     for (int s = 1; s <= 9; ++s) {
         for (const RunField* f : RunOrder()[s]) {
-            // The base set-up and the nozzles go only into a run that is being added.
-            if (!adding && f->kind == FieldKind::Hidden) {
+            // The base set-up and the nozzles go only into a run as it is added.
+            if (f->kind == FieldKind::Hidden) {
                 continue;
             }
             if (f->save == SaveForm::Str) {
@@ -358,12 +381,9 @@ RunSaveOutcome SaveRun(store::Database& db, const RunSaveRequest& request) {
 
     store::Database::Transaction transaction(db);
     if (out.added) {
-        db.Execute(
-            QStringLiteral("INSERT INTO tblRuns (lEvent_id, lCar_id, lOpponent_id, "
-                           "lRunType_id) VALUES (Null, Null, Null, Null)"));
+        db.Execute(RunInsertStatement(request.values));
         out.runId = db.LastInsertRowId();
-    }
-    if (db.Execute(RunStatement(request.values, out.runId, out.added)) == 0) {
+    } else if (db.Execute(RunStatement(request.values, out.runId)) == 0) {
         // The run has gone since the window showed it.
         throw store::DbError(store::err::NoCurrentRecord, QStringLiteral("Slipbook"),
                              QStringLiteral("No current record."));

@@ -37,12 +37,13 @@ QString RunRecordsSql(const RunListState& list, qint64 runId);
 // event and car and gaps are never filled.
 qint64 RunNextNumber(store::Database& db, qint64 eventId, qint64 carId);
 
-// The UPDATE of a run: the assignments of its nine groups (summary, weather, engine,
-// carburetion, drive train, chassis, launch, results, custom values) in order, as one statement,
-// since a save is one transaction and the groups land together anyway. The base set-up and the
-// nozzles go only into a run that is being added. Every text is quoted with its apostrophes
-// doubled; an empty number is Null.
-QString RunStatement(const RunValues& values, qint64 runId, bool adding);
+// The statements of a run: the values of its nine groups (summary, weather, engine, carburetion,
+// drive train, chassis, launch, results, custom values) in order, in one statement, since a save
+// is one transaction and the groups land together anyway. A new run is one INSERT, with the base
+// set-up and the nozzles it takes from the car; an edit is one UPDATE, which leaves those alone.
+// Every text is quoted with its apostrophes doubled; an empty number is Null.
+QString RunInsertStatement(const RunValues& values);
+QString RunStatement(const RunValues& values, qint64 runId);
 // The UPDATE that gives the run's tune-up, notes, throttle stops and custom values to the car,
 // its seven groups in order.
 QString CarStatement(const RunValues& values, qint64 carId);

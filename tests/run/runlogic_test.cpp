@@ -164,11 +164,12 @@ TEST(RunFieldTable, EveryColumnOnceAndEveryCarColumnExists) {
     EXPECT_EQ(FieldByColumn(u"SHATNOZZLE1_VAL")->kind, FieldKind::Hidden);
 
     // The base set-up and the nozzles go only into a new run; the groups keep their order.
-    const QString adding = RunStatement(FullRun(), 5, true);
-    const QString editing = RunStatement(FullRun(), 5, false);
-    EXPECT_TRUE(adding.startsWith(QStringLiteral("UPDATE tblRuns SET lEvent_id = ")));
-    EXPECT_TRUE(adding.endsWith(QStringLiteral(" WHERE (lRun_id = 5)")));
-    EXPECT_TRUE(adding.contains(QStringLiteral("sHeadNozzle8_val = ")));
+    const QString adding = RunInsertStatement(FullRun());
+    const QString editing = RunStatement(FullRun(), 5);
+    EXPECT_TRUE(adding.startsWith(QStringLiteral("INSERT INTO tblRuns (lEvent_id, lCar_id, ")));
+    EXPECT_TRUE(editing.startsWith(QStringLiteral("UPDATE tblRuns SET lEvent_id = ")));
+    EXPECT_TRUE(editing.endsWith(QStringLiteral(" WHERE (lRun_id = 5)")));
+    EXPECT_TRUE(adding.contains(QStringLiteral("sHeadNozzle8_val")));
     EXPECT_FALSE(editing.contains(QStringLiteral("sBaseADR")));
     EXPECT_LT(adding.indexOf(QStringLiteral("sBlowerOverdrive_val")),
               adding.indexOf(QStringLiteral("sJet1_val")));
