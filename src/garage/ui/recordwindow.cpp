@@ -26,7 +26,6 @@
 #include <QScrollArea>
 #include <QSplitter>
 #include <QTableView>
-#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>

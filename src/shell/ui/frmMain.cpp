@@ -26,10 +26,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPdfWriter>
 #include <QPlainTextEdit>
-#include <QPrintPreviewDialog>
-#include <QPrinter>
 #include <QProcess>
 #include <QSplitter>
 #include <QStandardPaths>

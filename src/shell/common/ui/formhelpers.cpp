@@ -34,20 +34,8 @@ const QString kCopy = QStringLiteral("ID_Copy");
 const QString kPaste = QStringLiteral("ID_Paste");
 const QString kSelectAll = QStringLiteral("ID_SelectAll");
 
-QString TrimSpaces(const QString& text) {
-    qsizetype from = 0;
-    qsizetype to = text.size();
-    while (from < to && text[from] == u' ') {
-        ++from;
-    }
-    while (to > from && text[to - 1] == u' ') {
-        --to;
-    }
-    return text.sliced(from, to - from);
-}
-
 int FindPrefix(const QComboBox* combo, const QString& text) {
-    const QString prefix = TrimSpaces(text).toUpper();
+    const QString prefix = TrimSpaces(text).toString().toUpper();
     for (int i = 0; i < combo->count(); ++i) {
         if (combo->itemText(i).toUpper().startsWith(prefix)) {
             return i;
