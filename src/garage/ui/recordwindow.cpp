@@ -63,14 +63,6 @@ constexpr ToolHelp kToolHelp[] = {
     {"ID_About", "About Slipbook"},
 };
 
-bool IsFieldMove(const QEvent* event) {
-    if (event->type() != QEvent::FocusOut) {
-        return false;
-    }
-    const auto reason = static_cast<const QFocusEvent*>(event)->reason();
-    return reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason;
-}
-
 }  // namespace
 
 // ---- RecordList
@@ -431,7 +423,7 @@ void RecordWindow::CheckOnLeave(QLineEdit* box, QStringView emptyMask, const QSt
 
 bool RecordWindow::LeftWithBadValue(QObject* watched, QEvent* event) {
     const auto check = leaveChecks_.constFind(watched);
-    if (check == leaveChecks_.constEnd() || !IsFieldMove(event)) {
+    if (check == leaveChecks_.constEnd() || !IsFieldExit(event)) {
         return false;
     }
     auto* box = static_cast<QLineEdit*>(watched);

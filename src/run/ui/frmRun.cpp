@@ -49,14 +49,6 @@ const QString kPointsFormat = QStringLiteral("###,###,##0");
 const QColor kCalcShade(0xE4, 0xE4, 0xE4);
 const QColor kSplitShade(0xFF, 0xF4, 0xD0);
 
-bool IsFieldExit(const QEvent* event) {
-    if (event->type() != QEvent::FocusOut) {
-        return false;
-    }
-    const auto reason = static_cast<const QFocusEvent*>(event)->reason();
-    return reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason;
-}
-
 bool IsNumberKind(FieldKind kind) {
     return kind == FieldKind::Num || kind == FieldKind::Et3 || kind == FieldKind::Et4;
 }
@@ -777,8 +769,8 @@ void frmRun::RunLoadCarTuneUp() {
         if (f.fromCar) {
             const QString text = tune->value(f.column);
             // A blank carried note is none: the pane shows its hint.
-            SetFieldText(f, f.kind == FieldKind::Notes && text.trimmed().isEmpty() ? QString()
-                                                                                    : text);
+            SetFieldText(f,
+                         f.kind == FieldKind::Notes && text.trimmed().isEmpty() ? QString() : text);
         }
     }
     RunTabsRefresh();

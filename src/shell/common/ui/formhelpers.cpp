@@ -197,11 +197,6 @@ public:
     }
 };
 
-// Focus that leaves or comes back for a context menu or another window is no real move.
-bool IsFieldMove(const QFocusEvent* e) {
-    return e->reason() != Qt::PopupFocusReason && e->reason() != Qt::ActiveWindowFocusReason;
-}
-
 class NumericPadFilter : public QObject {
 public:
     NumericPadFilter(int decimals, QObject* parent) : QObject(parent), decimals_(decimals) {}
@@ -429,6 +424,14 @@ void EditToolsRefresh(const QList<QAction*>& tools, QWidget* active) {
             tool->setEnabled(clipboard);
         }
     }
+}
+
+bool IsFieldMove(const QFocusEvent* e) {
+    return e->reason() != Qt::PopupFocusReason && e->reason() != Qt::ActiveWindowFocusReason;
+}
+
+bool IsFieldExit(const QEvent* event) {
+    return event->type() == QEvent::FocusOut && IsFieldMove(static_cast<const QFocusEvent*>(event));
 }
 
 void SelectAllText(QWidget* active) {

@@ -12,6 +12,8 @@
 
 class QAction;
 class QComboBox;
+class QEvent;
+class QFocusEvent;
 class QLineEdit;
 class QListWidget;
 class QObject;
@@ -76,6 +78,11 @@ void EditToolsRefresh(const QList<QAction*>& tools, QWidget* active);
 
 // Selects all the text of the active control when it is a text box whose text is not blank.
 void SelectAllText(QWidget* active);
+
+// Focus that leaves or comes back for a context menu or another window is no real move.
+bool IsFieldMove(const QFocusEvent* event);
+// The focus leaving a field for another field: where the windows act on a field left.
+bool IsFieldExit(const QEvent* event);
 
 // Entry box behaviours, owned by the box. Each returns the filter object, which can be removed
 // with removeEventFilter.
