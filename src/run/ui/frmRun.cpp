@@ -618,6 +618,7 @@ void frmRun::SetFieldText(const RunField& f, const QString& text) {
 
 RunValues frmRun::Values() const {
     RunValues v;
+    v.texts.reserve(static_cast<qsizetype>(RunFields().size()));
     for (const RunField& f : RunFields()) {
         switch (f.kind) {
             case FieldKind::IdList:
@@ -839,8 +840,8 @@ bool frmRun::RunValidate() {
     return false;
 }
 
-bool frmRun::RunNumbersValid() {
-    const auto bad = FirstBadNumber(Values());
+bool frmRun::RunNumbersValid(const RunValues& values) {
+    const auto bad = FirstBadNumber(values);
     if (!bad) {
         return true;
     }
@@ -870,15 +871,24 @@ bool frmRun::RunWeatherRecalc() {
         return false;
     }
     for (size_t i = 0; i < weather::kAirFields.size(); ++i) {
-        static_cast<QLineEdit*>(Control(QString::fromLatin1(weather::kAirFields[i].name)))
-            ->setText(r.texts[i]);
+        auto* box =
+            static_cast<QLineEdit*>(Control(QString::fromLatin1(weather::kAirFields[i].name)));
+        // Writing the same figure again would only lay the box out anew.
+        if (box->text() != r.texts[i]) {
+            box->setText(r.texts[i]);
+        }
     }
     return true;
 }
 
 bool frmRun::RunSaveRecord(bool showAlert) {
     OpponentCheck();
-    if (!RunValidate() || !RunNumbersValid()) {
+    if (!RunValidate()) {
+        return false;
+    }
+    RunSaveRequest request;
+    request.values = Values();
+    if (!RunNumbersValid(request.values)) {
         return false;
     }
     if (!RunWeatherRecalc()) {
@@ -897,8 +907,12 @@ bool frmRun::RunSaveRecord(bool showAlert) {
         focus->setFocus(Qt::OtherFocusReason);
         return false;
     }
-    RunSaveRequest request;
-    request.values = Values();
+    // The air figures were just worked out anew; the rest stands as read.
+    for (const weather::AirField& air : weather::kAirFields) {
+        if (const RunField* f = FieldByControl(QString::fromLatin1(air.name))) {
+            request.values.texts.insert(f->column, FieldText(*f));
+        }
+    }
     request.runId = RecordAdd() ? 0 : RunId();
     if (customNamesOpen_) {
         CustomNames names;

@@ -124,7 +124,7 @@ private:
     // Checks and saving
     bool RunValidate();
     // Every number field holds a number its column can keep.
-    bool RunNumbersValid();
+    bool RunNumbersValid(const RunValues& values);
     // Focuses a field, bringing its tab forward.
     void FocusField(const QString& control);
     void GridAfterSave(const RunSaveOutcome& outcome);

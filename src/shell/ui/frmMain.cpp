@@ -697,7 +697,11 @@ void frmMain::NotesLoad() {
         notes_->clear();
         return;
     }
-    notes_->setPlainText(LoadNotes(db_, currentView_, model_->Cell(SelectedRow(), 0)));
+    // Setting the same text anew rebuilds the pane's whole document.
+    const QString notes = LoadNotes(db_, currentView_, model_->Cell(SelectedRow(), 0));
+    if (notes != notes_->toPlainText()) {
+        notes_->setPlainText(notes);
+    }
 }
 
 void frmMain::GridClick() {

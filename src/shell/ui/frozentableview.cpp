@@ -61,6 +61,22 @@ void FrozenTableView::setModel(QAbstractItemModel* model) {
             &QHeaderView::sectionClicked);
     connect(model, &QAbstractItemModel::modelReset, this, &FrozenTableView::SyncColumns);
     connect(model, &QAbstractItemModel::columnsInserted, this, &FrozenTableView::SyncColumns);
+    QuietRowHeaders();
+}
+
+void FrozenTableView::setSelectionModel(QItemSelectionModel* selectionModel) {
+    QTableView::setSelectionModel(selectionModel);
+    QuietRowHeaders();
+}
+
+void FrozenTableView::QuietRowHeaders() {
+    // The row headers are never shown, yet a header that follows the current row works out the
+    // place of every row after each added one: with a long list, most of what a save costs.
+    for (QTableView* view : {static_cast<QTableView*>(this), overlay_}) {
+        if (view->selectionModel() != nullptr) {
+            disconnect(view->selectionModel(), nullptr, view->verticalHeader(), nullptr);
+        }
+    }
 }
 
 void FrozenTableView::setFrozenColumns(int count) {
@@ -124,6 +140,11 @@ void FrozenTableView::resizeEvent(QResizeEvent* event) {
 void FrozenTableView::showEvent(QShowEvent* event) {
     QTableView::showEvent(event);
     SyncColumns();
+    if (pendingScroll_.isValid()) {
+        const QModelIndex index = pendingScroll_;
+        pendingScroll_ = QPersistentModelIndex();
+        scrollTo(index, pendingHint_);
+    }
 }
 
 void FrozenTableView::updateGeometries() {
@@ -144,6 +165,12 @@ QModelIndex FrozenTableView::moveCursor(CursorAction action, Qt::KeyboardModifie
 }
 
 void FrozenTableView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    if (!isVisible()) {
+        pendingScroll_ = index;
+        pendingHint_ = hint;
+        return;
+    }
+    pendingScroll_ = QPersistentModelIndex();
     if (index.column() >= frozen_ || !overlay_->isVisible()) {
         QTableView::scrollTo(index, hint);
     } else {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHeaderView>
+#include <QPersistentModelIndex>
 #include <QTableView>
 
 namespace slipbook::shell {
@@ -26,6 +27,7 @@ public:
     explicit FrozenTableView(QWidget* parent = nullptr);
 
     void setModel(QAbstractItemModel* model) override;
+    void setSelectionModel(QItemSelectionModel* selectionModel) override;
     // Columns [0, count) stay in view; 0 turns the split off.
     void setFrozenColumns(int count);
     int frozenColumns() const { return frozen_; }
@@ -43,9 +45,13 @@ protected:
 private:
     void UpdateOverlay();
     void SyncColumns();
+    void QuietRowHeaders();
 
     QTableView* overlay_ = nullptr;
     int frozen_ = 0;
+    // Where to scroll once shown: a hidden view has no geometry to scroll by.
+    QPersistentModelIndex pendingScroll_;
+    ScrollHint pendingHint_ = EnsureVisible;
 };
 
 }  // namespace slipbook::shell
