@@ -43,6 +43,9 @@ bool DataInit(Database&, Messages&) {
 bool DataOpen(Database& db, const QString& path, Messages& messages) {
     try {
         db.Open(path);
+        for (const QString& notice : db.TakeOpenNotices()) {
+            messages.inform(notice, QStringLiteral("DataOpen()"), MsgIcon::Exclamation);
+        }
         return true;
     } catch (const DbError& e) {
         ErrorReport(e, QStringLiteral("DataOpen()"), messages);

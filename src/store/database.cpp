@@ -2,10 +2,15 @@
 
 #include "store/dberror.h"
 #include "store/jetdate.h"
+#include "store/logbookfile.h"
 #include "store/sqlitememory.h"
 
 #include <sqlite3.h>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QStringEncoder>
 
 #include <algorithm>
@@ -20,9 +25,6 @@ const QString kSource = QStringLiteral("Slipbook.Database");
 const QString kRowidAlias = QStringLiteral("__slipbook_rowid");
 
 // The tables every logbook has had since its oldest level; a file without them is no logbook.
-const char* const kLogbookTables[] = {
-    "tblRuns", "tblCars", "tblEvents", "tblTracks", "tblListViewColumns", "tblViews"};
-
 int FieldTypeOf(const QString& declType, bool primaryKey) {
     const QString t = declType.toUpper();
     if (t.startsWith(u"VARCHAR") || t.startsWith(u"CHAR")) {
@@ -126,8 +128,8 @@ void Database::OpenRaw(const QString& path, bool create) {
     // One thread uses the connection, so the engine's own locking is only cost.
     int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (create ? SQLITE_OPEN_CREATE : 0);
     sqlite3* db = nullptr;
-    const int rc = sqlite3_open_v2(QFileInfo(path).absoluteFilePath().toUtf8().constData(), &db,
-                                   flags, nullptr);
+    const QString name = path == u":memory:" ? path : QFileInfo(path).absoluteFilePath();
+    const int rc = sqlite3_open_v2(name.toUtf8().constData(), &db, flags, nullptr);
     if (rc != SQLITE_OK) {
         const QString why =
             db ? QString::fromUtf8(sqlite3_errmsg(db)) : QStringLiteral("out of memory");
@@ -136,7 +138,7 @@ void Database::OpenRaw(const QString& path, bool create) {
                       QStringLiteral("Cannot open the file %1: %2.").arg(path, why));
     }
     db_ = db;
-    path_ = QFileInfo(path).absoluteFilePath();
+    path_ = name;
     sqlite3_extended_result_codes(db_, 1);
     RegisterFunctions(db_);
     schemaVersion_ = -1;
@@ -152,72 +154,134 @@ void Database::Open(const QString& path) {
         throw DbError(err::CannotOpen, kSource,
                       QStringLiteral("The logbook %1 does not exist.").arg(path));
     }
+    Close();
+    // A lock of the program's own beside the logbook keeps a second copy out, while other
+    // programs may still read the file. The system frees it with the process, killed or not.
+    auto lock = std::make_unique<QLockFile>(info.absoluteFilePath() + QStringLiteral(".lock"));
+    lock->setStaleLockTime(0);
+    if (!lock->tryLock(0)) {
+        if (lock->error() == QLockFile::LockFailedError) {
+            throw DbError(
+                err::InUse, kSource,
+                QStringLiteral("The logbook %1 is open in another copy of Slipbook.").arg(path));
+        }
+        throw DbError(err::CannotOpen, kSource,
+                      QStringLiteral("The folder of the logbook %1 can't be written: Slipbook "
+                                     "keeps its lock and journal beside the logbook.")
+                          .arg(path));
+    }
+    // Nothing is written, nor any journal beside it applied, before the file has passed.
+    const OpenCheck check = CheckBeforeOpen(path);
+    QStringList notices;
+    if (!check.foreign.isEmpty()) {
+        const QStringList moved = SetAside(check.foreign, QDateTime::currentDateTime());
+        QStringList kept;
+        for (qsizetype i = 0; i < moved.size(); ++i) {
+            if (moved[i].isEmpty()) {
+                throw DbError(err::CannotOpen, kSource,
+                              QStringLiteral("The file %1 beside the logbook does not belong to "
+                                             "it and can't be moved out of the way.")
+                                  .arg(QDir::toNativeSeparators(check.foreign[i])));
+            }
+            kept << QStringLiteral("    ") + QDir::toNativeSeparators(moved[i]);
+        }
+        notices << QStringLiteral(
+                       "A journal file beside the logbook did not belong to it and "
+                       "was not applied; the logbook is as it was last saved whole. "
+                       "The file is kept as:\n") +
+                       kept.join(u'\n');
+    }
     OpenRaw(path, false);
     try {
-        ApplyPragmas(true);
+        ApplyPragmas();
     } catch (...) {
         Close();
         throw;
     }
+    lock_ = std::move(lock);
+    notices_ = notices;
+    moved_ = false;
 }
 
-void Database::ApplyPragmas(bool exclusive) {
-    if (exclusive) {
-        // The lock is taken and kept for the life of the connection: a second copy of the
-        // program is refused at once instead of writing the same file.
-        sqlite3_exec(db_, "PRAGMA locking_mode=EXCLUSIVE", nullptr, nullptr, nullptr);
-        int rc = sqlite3_exec(db_, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
-        if (rc != SQLITE_OK) {
-            const int primary = rc & 0xff;
-            if (primary == SQLITE_BUSY || primary == SQLITE_LOCKED) {
-                throw DbError(err::InUse, kSource,
-                              QStringLiteral("The logbook %1 is open in another copy of Slipbook.")
-                                  .arg(path_));
-            }
-            if (primary == SQLITE_NOTADB) {
-                throw DbError(err::CannotOpen, kSource,
-                              QStringLiteral("The file %1 is not a Slipbook logbook.").arg(path_));
-            }
-            if (primary == SQLITE_CORRUPT) {
-                throw DbError(err::CannotOpen, kSource,
-                              QStringLiteral("The logbook %1 is damaged.").arg(path_));
-            }
-            Throw(rc, kSource);
-        }
-        // Reading the table list proves the file is a readable database and a logbook, before
-        // anything is written to it.
-        QStringList missing;
-        try {
-            for (const char* table : kLogbookTables) {
-                if (!TableExists(QString::fromLatin1(table))) {
-                    missing << QString::fromLatin1(table);
-                }
-            }
-        } catch (const DbError& e) {
-            sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
-            const bool notADatabase = e.description().contains(u"not a database");
-            throw DbError(err::CannotOpen, kSource,
-                          notADatabase
-                              ? QStringLiteral("The file %1 is not a Slipbook logbook.").arg(path_)
-                              : QStringLiteral("The logbook %1 is damaged (%2).")
-                                    .arg(path_, e.description()));
-        }
-        sqlite3_exec(db_, "COMMIT", nullptr, nullptr, nullptr);
-        if (!missing.isEmpty()) {
-            throw DbError(
-                err::CannotOpen, kSource,
-                QStringLiteral("The file %1 is not a Slipbook logbook: it has no table %2.")
-                    .arg(path_, missing.join(QStringLiteral(", "))));
-        }
-    }
-    // A crash or power cut must never lose a saved run nor corrupt the file.
+void Database::ApplyPragmas() {
+    // Every save goes straight into the logbook file through a rollback journal, synced at each
+    // commit: a copy of the file taken between saves holds every run, and a crash or power cut
+    // loses no saved run. A reader of another program delays a save by at most the timeout.
+    sqlite3_busy_timeout(db_, 5000);
     char* msg = nullptr;
-    int rc = sqlite3_exec(db_, "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;", nullptr,
+    int rc = sqlite3_exec(db_, "PRAGMA journal_mode=DELETE; PRAGMA synchronous=FULL;", nullptr,
                           nullptr, &msg);
     sqlite3_free(msg);
     if (rc != SQLITE_OK) {
         Throw(rc, kSource);
     }
+}
+
+QStringList Database::TakeOpenNotices() {
+    return std::exchange(notices_, QStringList());
+}
+
+void Database::BeforeWrite() {
+    if (db_ == nullptr || lock_ == nullptr || sqlite3_get_autocommit(db_) == 0) {
+        return;
+    }
+    int moved = 0;
+    if (!moved_ && sqlite3_file_control(db_, "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK &&
+        moved != 0) {
+        moved_ = true;
+        rescue_ = Rescue();
+    }
+    if (moved_) {
+        throw DbError(err::Moved, kSource, MovedText());
+    }
+}
+
+QString Database::MovedText() const {
+    QString text = QStringLiteral(
+                       "The logbook %1 was moved, replaced or deleted while Slipbook "
+                       "had it open, so nothing more is saved to it.")
+                       .arg(QDir::toNativeSeparators(path_));
+    if (!rescue_.isEmpty()) {
+        text += QStringLiteral(" Everything saved until then is kept as %1.")
+                    .arg(QDir::toNativeSeparators(rescue_));
+    }
+    return text + QStringLiteral(" Close Slipbook and start it again.");
+}
+
+bool Database::CheckStillInPlace() {
+    try {
+        BeforeWrite();
+    } catch (const DbError&) {
+        return false;
+    }
+    return !moved_;
+}
+
+QString Database::Rescue() {
+    // The open connection still reads the file it opened: its whole content is written out
+    // beside the path, under a name nobody else uses.
+    const QFileInfo info(path_);
+    const QString target = info.dir().filePath(
+        info.completeBaseName() + QStringLiteral("-rescued-") +
+        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss")) + u'.' +
+        info.suffix());
+    const QString part = target + QStringLiteral(".part");
+    sqlite3* to = nullptr;
+    bool ok = sqlite3_open_v2(part.toUtf8().constData(), &to,
+                              SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) == SQLITE_OK;
+    if (ok) {
+        sqlite3_backup* b = sqlite3_backup_init(to, "main", db_, "main");
+        ok = b != nullptr && sqlite3_backup_step(b, -1) == SQLITE_DONE;
+        if (b != nullptr) {
+            ok = sqlite3_backup_finish(b) == SQLITE_OK && ok;
+        }
+    }
+    sqlite3_close(to);
+    if (!ok || !ReplaceFile(part, target).isEmpty()) {
+        QFile::remove(part);
+        return QString();
+    }
+    return target;
 }
 
 void Database::Close() {
@@ -236,6 +300,7 @@ void Database::Close() {
         sqlite3_update_hook(db_, nullptr, nullptr);
         sqlite3_close_v2(db_);
         db_ = nullptr;
+        lock_.reset();
     }
     path_.clear();
     schema_.clear();
@@ -317,6 +382,7 @@ sqlite3_stmt* Database::Prepare(const QString& sqliteSql) const {
 }
 
 int Database::Execute(const QString& jetSql) {
+    BeforeWrite();
     if (Statement s = Take(jetSql, Use::Execute)) {
         int rc;
         while ((rc = sqlite3_step(s.get())) == SQLITE_ROW) {
@@ -623,6 +689,9 @@ void Database::OnRowChange(void* self, int, const char*, const char* table, long
 
 // Transactions nest through savepoints, so a save can call routines that keep their own.
 Database::Transaction::Transaction(Database& db) : db_(db) {
+    if (db_.savepointDepth_ == 0) {
+        db_.BeforeWrite();
+    }
     name_ = QStringLiteral("sp%1").arg(db_.savepointDepth_ + 1);
     db_.Transact(QStringLiteral("SAVEPOINT ") + name_);
     ++db_.savepointDepth_;

@@ -6,6 +6,7 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <memory>
 #include <optional>
@@ -15,6 +16,7 @@
 
 struct sqlite3;
 struct sqlite3_stmt;
+class QLockFile;
 
 namespace slipbook::store {
 
@@ -61,10 +63,21 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    // Opens an existing logbook for this process alone. Throws DbError: err::CannotOpen with the
-    // cause in plain words (missing, damaged, not a logbook), err::InUse when another copy of the
-    // program holds it. The file is never changed when the open fails.
+    // Opens an existing logbook for this copy of the program; other programs may read it. The
+    // file is checked whole and a logbook before anything is written to it. Throws DbError:
+    // err::CannotOpen with the cause in plain words (missing, empty, damaged, not a logbook, a
+    // table or column missing), err::InUse when another copy of the program holds it. The file
+    // is never changed when the open fails.
     void Open(const QString& path);
+    // What the user should know of the last open (a journal beside the logbook set aside), once.
+    QStringList TakeOpenNotices();
+    // Before a write outside a transaction, and at the start of one: throws err::Moved when the
+    // logbook's file is no longer at its path (moved, replaced by another file, deleted). The
+    // first time, what the connection holds is written out beside the path (see MovedText).
+    void BeforeWrite();
+    // False when the logbook's file is no longer at its path; for the close.
+    bool CheckStillInPlace();
+    QString MovedText() const;
     // Opens (or creates) a plain database without the logbook check or the lock; for the
     // template generator and tests.
     void OpenRaw(const QString& path, bool create);
@@ -132,7 +145,8 @@ public:
     jet::Translated Translate(const QString& jetSql) const;
 
 private:
-    void ApplyPragmas(bool exclusive);
+    void ApplyPragmas();
+    QString Rescue();
     void LoadSchema() const;
     const TableDef* FindTable(const QString& table) const;
     void RunSelectInto(const jet::Translated& t);
@@ -152,6 +166,10 @@ private:
 
     sqlite3* db_ = nullptr;
     QString path_;
+    std::unique_ptr<QLockFile> lock_;
+    QStringList notices_;
+    bool moved_ = false;
+    QString rescue_;  // where the content went when the file was found moved
     int savepointDepth_ = 0;
     mutable std::vector<TableDef> schema_;
     mutable int schemaVersion_ = -1;

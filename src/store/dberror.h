@@ -10,6 +10,7 @@ namespace err {
 constexpr int Generic = 3000;
 constexpr int CannotOpen = 3049;  // damaged file or not a logbook
 constexpr int InUse = 3051;       // another copy of the program holds the file
+constexpr int Moved = 3044;       // the file was moved, replaced or deleted while open
 constexpr int NoCurrentRecord = 3021;
 constexpr int UpdateWithoutEdit = 3020;
 constexpr int DuplicateKey = 3022;

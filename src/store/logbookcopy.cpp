@@ -1,6 +1,7 @@
 #include "store/logbookcopy.h"
 
 #include "store/dberror.h"
+#include "store/logbookfile.h"
 
 #include <sqlite3.h>
 #include <QDir>
@@ -53,57 +54,21 @@ void CopyLogbookTo(Database& db, const QString& path) {
     if (!db.IsOpen()) {
         Fail(QStringLiteral("No logbook is open."));
     }
+    if (SameFile(path, db.Name())) {
+        Fail(QStringLiteral("%1 is the logbook in use.").arg(QDir::toNativeSeparators(path)));
+    }
     const QString temp = TempBeside(path);
     QFile::remove(temp);
     Backup(db.handle(), temp);
-    QFile::remove(path);
-    if (!QFile::rename(temp, path)) {
+    // The file at `path` is the old copy or the new one at every moment, never none.
+    if (const QString why = ReplaceFile(temp, path); !why.isEmpty()) {
         QFile::remove(temp);
-        Fail(QStringLiteral("Cannot write %1.").arg(QDir::toNativeSeparators(path)));
+        Fail(QStringLiteral("Cannot write %1: %2").arg(QDir::toNativeSeparators(path), why));
     }
 }
 
 QString CheckLogbookFile(const QString& path) {
-    const QFileInfo info(path);
-    if (!info.exists() || !info.isFile()) {
-        return QStringLiteral("The file %1 does not exist.").arg(QDir::toNativeSeparators(path));
-    }
-    sqlite3* db = nullptr;
-    if (sqlite3_open_v2(path.toUtf8().constData(), &db, SQLITE_OPEN_READONLY, nullptr) !=
-        SQLITE_OK) {
-        sqlite3_close(db);
-        return QStringLiteral("The file %1 cannot be read.").arg(QDir::toNativeSeparators(path));
-    }
-    QStringList missing;
-    for (const char* table :
-         {"tblRuns", "tblCars", "tblEvents", "tblTracks", "tblListViewColumns", "tblViews"}) {
-        sqlite3_stmt* stmt = nullptr;
-        const int rc = sqlite3_prepare_v2(
-            db, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?1 COLLATE NOCASE", -1,
-            &stmt, nullptr);
-        if (rc != SQLITE_OK) {
-            sqlite3_finalize(stmt);
-            sqlite3_close(db);
-            return QStringLiteral("The file %1 is not a Slipbook logbook.")
-                .arg(QDir::toNativeSeparators(path));
-        }
-        sqlite3_bind_text(stmt, 1, table, -1, SQLITE_STATIC);
-        const int step = sqlite3_step(stmt);
-        sqlite3_finalize(stmt);
-        if (step == SQLITE_DONE) {
-            missing << QString::fromLatin1(table);
-        } else if (step != SQLITE_ROW) {
-            sqlite3_close(db);
-            return QStringLiteral("The file %1 is not a Slipbook logbook.")
-                .arg(QDir::toNativeSeparators(path));
-        }
-    }
-    sqlite3_close(db);
-    if (!missing.isEmpty()) {
-        return QStringLiteral("The file %1 is not a Slipbook logbook.")
-            .arg(QDir::toNativeSeparators(path));
-    }
-    return QString();
+    return FileProblem(path);
 }
 
 QString DatedBackupPath(const QString& logbookPath, const QDateTime& now) {
@@ -119,7 +84,7 @@ QString ReplaceLogbook(Database& db, const QString& source, const QDateTime& now
         Fail(problem);
     }
     const QString logbook = db.Name();
-    if (QFileInfo(source).canonicalFilePath() == QFileInfo(logbook).canonicalFilePath()) {
+    if (SameFile(source, logbook)) {
         Fail(QStringLiteral("That file is the logbook in use."));
     }
     // The incoming copy is made first, beside the logbook, so nothing is touched if it fails.
@@ -139,9 +104,12 @@ QString ReplaceLogbook(Database& db, const QString& source, const QDateTime& now
         throw;
     }
     db.Close();
-    QFile::remove(logbook + QStringLiteral("-wal"));
-    QFile::remove(logbook + QStringLiteral("-shm"));
-    const bool placed = QFile::remove(logbook) && QFile::rename(incoming, logbook);
+    // Closed cleanly, the logbook has no journal left; any file of an older way of keeping it
+    // would be applied to the copy.
+    for (const QString& side : SideFilePaths(logbook)) {
+        QFile::remove(side);
+    }
+    const bool placed = ReplaceFile(incoming, logbook).isEmpty();
     try {
         if (!placed) {
             Fail(QStringLiteral("Cannot put the copy in place of %1.")
@@ -152,9 +120,12 @@ QString ReplaceLogbook(Database& db, const QString& source, const QDateTime& now
         // Back to the logbook as it was.
         db.Close();
         QFile::remove(incoming);
-        QFile::remove(logbook);
-        QFile::copy(backup, logbook);
-        QFile::setPermissions(logbook, QFile::ReadOwner | QFile::WriteOwner);
+        if (!SameFile(logbook, backup)) {
+            QFile::remove(incoming);
+            QFile::copy(backup, incoming);
+            QFile::setPermissions(incoming, QFile::ReadOwner | QFile::WriteOwner);
+            ReplaceFile(incoming, logbook);
+        }
         db.Open(logbook);
         throw DbError(e.number(), kSource,
                       e.description() + QStringLiteral(" The logbook is as it was."));

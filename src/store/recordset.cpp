@@ -709,6 +709,7 @@ void Recordset::Update() {
         if (mode_ == EditMode::Edit) {
             sqlite3_bind_int64(stmt.s, static_cast<int>(indexes.size()) + 1, rowids_[pos_]);
         }
+        db_.BeforeWrite();
         const int rc = sqlite3_step(stmt.s);
         if (rc != SQLITE_DONE) {
             db_.Throw(rc, kSource);
@@ -761,6 +762,7 @@ void Recordset::Delete() {
     Stmt stmt(
         db_.Prepare(QStringLiteral("DELETE FROM %1 WHERE rowid = ?").arg(QuoteIdent(baseTable_))));
     sqlite3_bind_int64(stmt.s, 1, rowids_[pos_]);
+    db_.BeforeWrite();
     const int rc = sqlite3_step(stmt.s);
     if (rc != SQLITE_DONE) {
         db_.Throw(rc, kSource);

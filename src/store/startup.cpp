@@ -2,6 +2,7 @@
 
 #include "store/access.h"
 #include "store/dberror.h"
+#include "store/logbookfile.h"
 #include "store/upgrade.h"
 
 #include <QDir>
@@ -136,6 +137,22 @@ StartupOutcome RunStartup(Database& db, Messages& messages, StartupUi& ui, Clock
             return StartupOutcome::Ended;
         }
         if (!QFileInfo::exists(path)) {
+            // Journal files without their logbook mean the logbook was lost or moved: a new one
+            // beside them would take them for its own.
+            QStringList left;
+            for (const QString& side : SideFilePaths(path)) {
+                if (QFileInfo::exists(side)) {
+                    left << QStringLiteral("    ") + QDir::toNativeSeparators(side);
+                }
+            }
+            if (!left.isEmpty()) {
+                throw DbError(err::CannotOpen, QStringLiteral("Startup"),
+                              QStringLiteral("The logbook %1 is missing, but files of its journal "
+                                             "are still beside where it was:\n%2\nSlipbook does "
+                                             "not start a new logbook beside them. Put the logbook "
+                                             "back, or move these files away.")
+                                  .arg(QDir::toNativeSeparators(path), left.join(u'\n')));
+            }
             firstStart = true;
             if (!InstallLogbook(source, path)) {
                 throw DbError(err::Generic, QStringLiteral("Startup"),

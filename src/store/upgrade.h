@@ -6,6 +6,7 @@
 #include "store/database.h"
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <vector>
 
@@ -15,6 +16,9 @@ struct UpgradeStep {
     QString name;
     std::function<bool(Database&)> needed;
     std::function<void(Database&)> run;
+    // The tables ("tblX") and columns ("tblX.sY") the step makes: a logbook that predates the
+    // step may lack them and is still opened, for the step to add them.
+    QStringList adds;
 };
 
 // The ladder's steps in the order they run.

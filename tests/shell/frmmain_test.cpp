@@ -330,6 +330,21 @@ TEST(MainWindow, LogbookCopiesOutAndInAndRefusesWhatIsNoLogbook) {
     f.main.setPathChooser([&](const QString&, bool) { return chosen; });
 
     AddRun(db, 21, 1, "07/01/2003", "10:00 AM", "10.5");
+    // The logbook's own folder reached through a link is still the logbook's folder.
+    const QString link = out.filePath(QStringLiteral("stick"));
+    ASSERT_TRUE(QFile::link(f.lb.dir(), link));
+    chosen = link;
+    const QByteArray live = [&] {
+        QFile l(f.lb.path());
+        l.open(QIODevice::ReadOnly);
+        return l.readAll();
+    }();
+    f.main.ToolClick(QStringLiteral("ID_CopyToDiskette"));
+    EXPECT_TRUE(f.box.last().text.contains(QStringLiteral("holds the logbook in use")));
+    QFile l(f.lb.path());
+    ASSERT_TRUE(l.open(QIODevice::ReadOnly));
+    EXPECT_EQ(l.readAll(), live);
+    chosen = out.path();
     f.main.ToolClick(QStringLiteral("ID_CopyToDiskette"));
     const QString copy = out.filePath(QStringLiteral("Slipbook.db"));
     ASSERT_TRUE(QFileInfo::exists(copy));

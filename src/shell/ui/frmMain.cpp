@@ -8,6 +8,7 @@
 #include "shell/ui/gridprint.h"
 #include "store/access.h"
 #include "store/logbookcopy.h"
+#include "store/logbookfile.h"
 #include "store/startup.h"
 
 #include <QAction>
@@ -1023,7 +1024,8 @@ void frmMain::CopyToFolder() {
         return;
     }
     const QString target = QDir(folder).filePath(store::LogbookFileName());
-    if (QFileInfo(target).absoluteFilePath() == QFileInfo(db_.Name()).absoluteFilePath()) {
+    // Through a link or a second name, the folder may still be the logbook's own.
+    if (store::SameFile(target, db_.Name())) {
         messages_.inform(tr("That folder holds the logbook in use; choose another folder."),
                          tr("File Copy"), MsgIcon::Exclamation);
         return;
@@ -1203,6 +1205,10 @@ void frmMain::closeEvent(QCloseEvent* event) {
         return;
     }
     event->accept();
+    // Said at the end too: a racer who never saved again has not been told yet.
+    if (db_.IsOpen() && !db_.CheckStillInPlace()) {
+        messages_.inform(db_.MovedText(), QStringLiteral("Slipbook"), MsgIcon::Exclamation);
+    }
     QApplication::closeAllWindows();
 }
 
