@@ -40,9 +40,10 @@ function(slipbook_ui_library name)
     target_link_libraries(${name} PUBLIC Qt6::Widgets ${ARG_PUBLIC_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
 endfunction()
 
-# slipbook_test(name SOURCES ... DEPS ...): one GoogleTest executable per subsystem.
+# slipbook_test(name SOURCES ... DEPS ... [TIMEOUT seconds]): one GoogleTest executable per
+# subsystem.
 function(slipbook_test name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;DEPS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     set_target_properties(${name} PROPERTIES AUTOMOC ON
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
@@ -51,7 +52,11 @@ function(slipbook_test name)
     target_link_libraries(${name} PRIVATE ${ARG_DEPS} GTest::gtest GTest::gtest_main)
     # Where the built program, its template and its tools are.
     target_compile_definitions(${name} PRIVATE SLIPBOOK_BIN_DIR="${CMAKE_BINARY_DIR}/bin")
+    set(timeout)
+    if(ARG_TIMEOUT)
+        set(timeout TIMEOUT ${ARG_TIMEOUT})
+    endif()
     gtest_discover_tests(${name}
-        PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
+        PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" ${timeout}
         DISCOVERY_TIMEOUT 60)
 endfunction()
