@@ -2,6 +2,7 @@
 
 #include "store/dberror.h"
 #include "store/jetdate.h"
+#include "store/logbookcopy.h"
 #include "store/logbookfile.h"
 #include "store/sqlitememory.h"
 
@@ -265,20 +266,9 @@ QString Database::Rescue() {
         info.completeBaseName() + QStringLiteral("-rescued-") +
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss")) + u'.' +
         info.suffix());
-    const QString part = target + QStringLiteral(".part");
-    sqlite3* to = nullptr;
-    bool ok = sqlite3_open_v2(part.toUtf8().constData(), &to,
-                              SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) == SQLITE_OK;
-    if (ok) {
-        sqlite3_backup* b = sqlite3_backup_init(to, "main", db_, "main");
-        ok = b != nullptr && sqlite3_backup_step(b, -1) == SQLITE_DONE;
-        if (b != nullptr) {
-            ok = sqlite3_backup_finish(b) == SQLITE_OK && ok;
-        }
-    }
-    sqlite3_close(to);
-    if (!ok || !ReplaceFile(part, target).isEmpty()) {
-        QFile::remove(part);
+    try {
+        CopyLogbookTo(*this, target);
+    } catch (const DbError&) {
         return QString();
     }
     return target;

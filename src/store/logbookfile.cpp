@@ -36,8 +36,13 @@ std::filesystem::path FsPath(const QString& path) {
     return std::filesystem::path(path.toStdU16String());
 }
 
-// Lower-cased names, as the engine compares table and column names.
-using Schema = std::map<QString, std::set<QString>>;
+// A table the program needs, and its columns: lower-cased (as the engine compares names) to
+// spelled as the template spells them.
+struct RequiredTable {
+    QString name;
+    std::map<QString, QString> columns;
+};
+using Schema = std::map<QString, RequiredTable>;
 
 // The tables and columns every logbook must have: the template's, less what the ladder adds.
 const Schema& RequiredSchema() {
@@ -47,9 +52,10 @@ const Schema& RequiredSchema() {
         made.OpenRaw(QStringLiteral(":memory:"), true);
         made.ExecuteScript(QString::fromUtf8(LogbookSchemaScript()));
         for (const TableDef& table : made.TableDefs()) {
-            auto& columns = s[table.name.toLower()];
+            RequiredTable& t = s[table.name.toLower()];
+            t.name = table.name;
             for (const FieldDef& field : table.fields) {
-                columns.insert(field.name.toLower());
+                t.columns[field.name.toLower()] = field.name;
             }
         }
         for (const UpgradeStep& step : UpgradeSteps()) {
@@ -58,7 +64,7 @@ const Schema& RequiredSchema() {
                 if (dot < 0) {
                     s.erase(added.toLower());
                 } else if (auto it = s.find(added.left(dot).toLower()); it != s.end()) {
-                    it->second.erase(added.mid(dot + 1).toLower());
+                    it->second.columns.erase(added.mid(dot + 1).toLower());
                 }
             }
         }
@@ -157,45 +163,28 @@ Problem ProblemOf(sqlite3* db) {
     }
     QStringList missingTables;
     QStringList missingColumns;
-    for (const auto& [table, columns] : RequiredSchema()) {
-        if (!have.contains(table)) {
-            missingTables << table;
+    for (const auto& [lower, table] : RequiredSchema()) {
+        if (!have.contains(lower)) {
+            missingTables << table.name;
             continue;
         }
         QStringList names;
-        Column(db, "SELECT name FROM pragma_table_info('" + table.toUtf8() + "')", &names, &rc);
+        Column(db, "SELECT name FROM pragma_table_info('" + lower.toUtf8() + "')", &names, &rc);
         std::set<QString> present;
         for (const QString& n : names) {
             present.insert(n.toLower());
         }
-        for (const QString& column : columns) {
+        for (const auto& [column, spelled] : table.columns) {
             if (!present.contains(column)) {
-                missingColumns << table + u'.' + column;
+                missingColumns << table.name + u'.' + spelled;
             }
         }
     }
-    // The names as the template spells them, for the message.
-    const auto spelled = [](QStringList lower) {
-        static const QString script = QString::fromUtf8(LogbookSchemaScript());
-        for (QString& name : lower) {
-            QStringList parts = name.split(u'.');
-            for (QString& part : parts) {
-                const qsizetype at = script.indexOf(part, 0, Qt::CaseInsensitive);
-                if (at >= 0) {
-                    part = script.mid(at, part.size());
-                }
-            }
-            name = parts.join(u'.');
-        }
-        return lower;
-    };
     if (!missingTables.isEmpty()) {
-        return {Problem::Lacks,
-                QStringLiteral("it has no table %1").arg(Join(spelled(missingTables)))};
+        return {Problem::Lacks, QStringLiteral("it has no table %1").arg(Join(missingTables))};
     }
     if (!missingColumns.isEmpty()) {
-        return {Problem::Lacks,
-                QStringLiteral("it lacks the column %1").arg(Join(spelled(missingColumns)))};
+        return {Problem::Lacks, QStringLiteral("it lacks the column %1").arg(Join(missingColumns))};
     }
     return {};
 }
