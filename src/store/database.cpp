@@ -262,10 +262,9 @@ QString Database::Rescue() {
     // The open connection still reads the file it opened: its whole content is written out
     // beside the path, under a name nobody else uses.
     const QFileInfo info(path_);
-    const QString target = info.dir().filePath(
-        info.completeBaseName() + QStringLiteral("-rescued-") +
-        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss")) + u'.' +
-        info.suffix());
+    const QString target = DatedBackupPath(
+        info.dir().filePath(info.completeBaseName() + QStringLiteral("-rescued.") + info.suffix()),
+        QDateTime::currentDateTime());
     try {
         CopyLogbookTo(*this, target);
     } catch (const DbError&) {

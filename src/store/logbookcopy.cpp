@@ -67,10 +67,6 @@ void CopyLogbookTo(Database& db, const QString& path) {
     }
 }
 
-QString CheckLogbookFile(const QString& path) {
-    return FileProblem(path);
-}
-
 QString DatedBackupPath(const QString& logbookPath, const QDateTime& now) {
     const QFileInfo info(logbookPath);
     return info.dir().filePath(info.completeBaseName() + u'-' +
@@ -79,7 +75,7 @@ QString DatedBackupPath(const QString& logbookPath, const QDateTime& now) {
 }
 
 QString ReplaceLogbook(Database& db, const QString& source, const QDateTime& now) {
-    const QString problem = CheckLogbookFile(source);
+    const QString problem = FileProblem(source);
     if (!problem.isEmpty()) {
         Fail(problem);
     }
@@ -120,12 +116,9 @@ QString ReplaceLogbook(Database& db, const QString& source, const QDateTime& now
         // Back to the logbook as it was.
         db.Close();
         QFile::remove(incoming);
-        if (!SameFile(logbook, backup)) {
-            QFile::remove(incoming);
-            QFile::copy(backup, incoming);
-            QFile::setPermissions(incoming, QFile::ReadOwner | QFile::WriteOwner);
-            ReplaceFile(incoming, logbook);
-        }
+        QFile::copy(backup, incoming);
+        QFile::setPermissions(incoming, QFile::ReadOwner | QFile::WriteOwner);
+        ReplaceFile(incoming, logbook);
         db.Open(logbook);
         throw DbError(e.number(), kSource,
                       e.description() + QStringLiteral(" The logbook is as it was."));

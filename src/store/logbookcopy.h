@@ -12,10 +12,6 @@ namespace slipbook::store {
 // copy is complete. Throws DbError.
 void CopyLogbookTo(Database& db, const QString& path);
 
-// Empty when the file is a logbook this program can open; else the cause in plain words. The
-// file is only read.
-QString CheckLogbookFile(const QString& path);
-
 // The name a replaced logbook is kept under, beside it: "Slipbook-2026-11-23-013000.db".
 QString DatedBackupPath(const QString& logbookPath, const QDateTime& now);
 

@@ -306,12 +306,10 @@ QString FileProblem(const QString& path) {
 }
 
 OpenCheck CheckBeforeOpen(const QString& path) {
-    const auto alone = [&] { return FileProblem(path); };
-
     OpenCheck check;
     const QStringList pending = PendingSideFiles(path);
     if (pending.isEmpty()) {
-        if (const QString problem = alone(); !problem.isEmpty()) {
+        if (const QString problem = FileProblem(path); !problem.isEmpty()) {
             Refuse(problem);
         }
         return check;
@@ -329,7 +327,7 @@ OpenCheck CheckBeforeOpen(const QString& path) {
                    .arg(path, applied.detail.isEmpty() ? QStringLiteral("it cannot be read")
                                                        : applied.detail));
     }
-    if (const QString problem = alone(); !problem.isEmpty()) {
+    if (const QString problem = FileProblem(path); !problem.isEmpty()) {
         Refuse(problem);
     }
     for (const QString& side : SideFilePaths(path)) {

@@ -1053,7 +1053,7 @@ void frmMain::CopyFromFolder() {
     if (source.isEmpty()) {
         return;
     }
-    const QString problem = store::CheckLogbookFile(source);
+    const QString problem = store::FileProblem(source);
     if (!problem.isEmpty()) {
         messages_.inform(problem + tr("\nThe logbook in use was not changed."), tr("File Copy"),
                          MsgIcon::Exclamation);
