@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/common/messages.h"
+#include "common/messages.h"
 
 #include <QString>
 #include <cstdio>

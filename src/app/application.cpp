@@ -1,7 +1,7 @@
 #include "app/application.h"
 
 #include "app/windows.h"
-#include "shell/common/commandline.h"
+#include "common/commandline.h"
 #include "shell/ui/frmMain.h"
 #include "store/access.h"
 #include "store/dberror.h"

@@ -1,7 +1,7 @@
 // slipbook-calc: the calculators from the command line. Each command prints exactly the texts
 // its window would show, so that results can be checked against reference values.
 
-#include "shell/common/numbers.h"
+#include "common/numbers.h"
 #include "weather/airproperties.h"
 
 #include <QString>

@@ -1,7 +1,7 @@
 #include "garage/maintenance.h"
 
-#include "shell/common/forms.h"
-#include "shell/common/numbers.h"
+#include "common/forms.h"
+#include "common/numbers.h"
 
 namespace slipbook::garage {
 

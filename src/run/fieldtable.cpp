@@ -1,6 +1,6 @@
 #include "run/fieldtable.h"
 
-#include "shell/common/forms.h"
+#include "common/forms.h"
 #include "shell/valueformat.h"
 
 namespace slipbook::run {

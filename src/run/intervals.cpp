@@ -1,6 +1,6 @@
 #include "run/intervals.h"
 
-#include "shell/common/numbers.h"
+#include "common/numbers.h"
 
 namespace slipbook::run {
 

@@ -1,8 +1,8 @@
 #include "run/runsave.h"
 
 #include "garage/maintenance.h"
-#include "shell/common/forms.h"
-#include "shell/common/numbers.h"
+#include "common/forms.h"
+#include "common/numbers.h"
 #include "shell/runlist.h"
 #include "store/access.h"
 #include "store/dberror.h"

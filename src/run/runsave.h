@@ -6,7 +6,7 @@
 // car, the counters and the names land together or not at all.
 
 #include "run/fieldtable.h"
-#include "shell/common/messages.h"
+#include "common/messages.h"
 #include "shell/runlist.h"
 #include "store/database.h"
 

@@ -1,7 +1,7 @@
 #include "run/validation.h"
 
-#include "shell/common/forms.h"
-#include "shell/common/numbers.h"
+#include "common/forms.h"
+#include "common/numbers.h"
 
 #include <QVariant>
 

@@ -1,6 +1,6 @@
 #include "shell/mainstate.h"
 
-#include "shell/common/commandline.h"
+#include "common/commandline.h"
 
 #include <QDir>
 

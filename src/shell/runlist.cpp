@@ -1,7 +1,7 @@
 #include "shell/runlist.h"
 
-#include "shell/common/forms.h"
-#include "shell/common/numbers.h"
+#include "common/forms.h"
+#include "common/numbers.h"
 #include "shell/valueformat.h"
 #include "store/access.h"
 #include "store/dberror.h"

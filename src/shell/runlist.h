@@ -1,8 +1,8 @@
 #pragma once
 
-#include "shell/common/messages.h"
-#include "shell/common/numbers.h"
-#include "shell/common/textgrid.h"
+#include "common/messages.h"
+#include "common/numbers.h"
+#include "common/textgrid.h"
 #include "store/database.h"
 
 #include <QHash>

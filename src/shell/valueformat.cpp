@@ -1,6 +1,6 @@
 #include "shell/valueformat.h"
 
-#include "shell/common/numbers.h"
+#include "common/numbers.h"
 #include "store/currency.h"
 
 namespace slipbook {

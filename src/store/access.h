@@ -3,7 +3,7 @@
 // The access layer the windows use: opening the logbook, two look-up helpers and the error
 // boxes. Every box goes through the Messages seam.
 
-#include "shell/common/messages.h"
+#include "common/messages.h"
 #include "store/database.h"
 #include "store/dberror.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/common/forms.h"
+#include "common/dates.h"
 
 #include <QDateTime>
 #include <QString>

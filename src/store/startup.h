@@ -4,7 +4,7 @@
 // the upgrade ladder, in a fixed order. The windows and the clock come in through seams so that
 // the order and the timing can be checked without a screen.
 
-#include "shell/common/messages.h"
+#include "common/messages.h"
 #include "store/database.h"
 
 #include <QString>

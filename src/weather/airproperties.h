@@ -3,7 +3,7 @@
 // The air-property arithmetic every weather figure comes from: two pressure conversions, the
 // full calculation of the seven figures, and their display texts. No state, no windows.
 
-#include "shell/common/numbers.h"
+#include "common/numbers.h"
 
 #include <QString>
 #include <QStringView>

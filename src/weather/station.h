@@ -9,7 +9,7 @@
 // Beside the files, the decisions of the weather window that don't need a widget: what a
 // recalculation shows and whether it is pushed on, and the rhythm of the polling.
 
-#include "shell/common/numbers.h"
+#include "common/numbers.h"
 #include "weather/airproperties.h"
 
 #include <QDateTime>

@@ -1,4 +1,4 @@
-#include "shell/common/ui/formhelpers.h"
+#include "common/ui/formhelpers.h"
 
 #include "store/recordset.h"
 #include "support/logbook.h"

@@ -1,4 +1,4 @@
-#include "shell/common/forms.h"
+#include "common/forms.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "shell/common/numbers.h"
+#include "common/numbers.h"
 
 #include <gtest/gtest.h>
 

@@ -236,7 +236,7 @@ TEST_F(Entry, TheKeyboardSavesClosesAndMovesOn) {
 
 TEST_F(Entry, MenusHaveOneMnemonicEachAndToolsSayWhatTheyDo) {
     main.eventId = 1;
-    std::vector<std::unique_ptr<garage::RecordWindow>> windows;
+    std::vector<std::unique_ptr<RecordWindow>> windows;
     windows.push_back(Open<garage::frmEvent>());
     windows.push_back(Open<garage::frmTrack>());
     windows.push_back(Open<garage::frmMaintenance>());

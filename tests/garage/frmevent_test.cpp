@@ -2,7 +2,7 @@
 // deleting, closing, and what the main window is told.
 
 #include "garage/ui/frmEvent.h"
-#include "shell/common/ui/formhelpers.h"
+#include "common/ui/formhelpers.h"
 #include "store/currency.h"
 #include "store/recordset.h"
 #include "windowtest.h"

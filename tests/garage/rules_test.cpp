@@ -2,7 +2,7 @@
 // maintenance counting, list statement and colours against the template's examples.
 
 #include "garage/maintenance.h"
-#include "garage/recordwindow.h"
+#include "common/records.h"
 #include "store/recordset.h"
 #include "support/logbook.h"
 #include "support/scriptedmessages.h"

@@ -3,7 +3,7 @@
 // Record windows driven offscreen: one application object for the test program, the windows'
 // tools pressed as the user would, and fields left as the user would leave them.
 
-#include "garage/ui/recordwindow.h"
+#include "common/ui/recordwindow.h"
 #include "support/fakemain.h"
 #include "support/logbook.h"
 #include "support/scriptedmessages.h"
@@ -29,7 +29,7 @@ inline QApplication& GuiApp() {
 }
 
 // A tool pressed as the user can: never one that is disabled.
-inline void Press(garage::RecordWindow& window, const char* toolId) {
+inline void Press(RecordWindow& window, const char* toolId) {
     QAction* tool = window.tool(QString::fromLatin1(toolId));
     ASSERT_NE(tool, nullptr) << toolId;
     ASSERT_TRUE(tool->isEnabled()) << toolId << " is disabled";

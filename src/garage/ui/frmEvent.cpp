@@ -1,8 +1,8 @@
 #include "garage/ui/frmEvent.h"
 
-#include "shell/common/forms.h"
-#include "shell/common/numbers.h"
-#include "shell/common/ui/formhelpers.h"
+#include "common/forms.h"
+#include "common/numbers.h"
+#include "common/ui/formhelpers.h"
 #include "store/access.h"
 #include "store/currency.h"
 #include "store/recordset.h"

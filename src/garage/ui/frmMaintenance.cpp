@@ -1,8 +1,8 @@
 #include "garage/ui/frmMaintenance.h"
 
-#include "shell/common/forms.h"
-#include "shell/common/textgrid.h"
-#include "shell/common/ui/formhelpers.h"
+#include "common/forms.h"
+#include "common/textgrid.h"
+#include "common/ui/formhelpers.h"
 #include "store/dberror.h"
 #include "store/recordset.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "garage/maintenance.h"
-#include "garage/ui/recordwindow.h"
+#include "common/ui/recordwindow.h"
 
 #include <QDate>
 

@@ -1,7 +1,7 @@
 #include "garage/ui/frmTrack.h"
 
-#include "shell/common/forms.h"
-#include "shell/common/ui/formhelpers.h"
+#include "common/forms.h"
+#include "common/ui/formhelpers.h"
 #include "store/recordset.h"
 
 #include <QGridLayout>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "garage/ui/recordwindow.h"
+#include "common/ui/recordwindow.h"
 
 class QLineEdit;
 class QListWidget;

@@ -3,10 +3,10 @@
 #include "garage/ui/frmMaintenance.h"
 #include "run/intervals.h"
 #include "run/validation.h"
-#include "shell/common/forms.h"
-#include "shell/common/numbers.h"
-#include "shell/common/textgrid.h"
-#include "shell/common/ui/formhelpers.h"
+#include "common/forms.h"
+#include "common/numbers.h"
+#include "common/textgrid.h"
+#include "common/ui/formhelpers.h"
 #include "shell/ui/frmMain.h"
 #include "store/access.h"
 #include "store/recordset.h"
@@ -139,7 +139,7 @@ frmRun::frmRun(store::Database& db, Messages& messages, shell::MainContext& main
         main_.SetStoredToolId(QString());
         New();
     } else {
-        records().FindFirst(garage::KeyCriterion(IdColumn(), openRunId_));
+        records().FindFirst(KeyCriterion(IdColumn(), openRunId_));
         if (records().NoMatch()) {
             // Deliberately terse: the box holds the one word.
             messages_.inform(QStringLiteral("False"));
@@ -830,7 +830,7 @@ bool frmRun::RunValidate() {
         return true;
     }
     const RunCheck& check = RunChecks()[*failed];
-    messages_.inform(QString::fromLatin1(check.message), garage::DataEntryErrorTitle(),
+    messages_.inform(QString::fromLatin1(check.message), DataEntryErrorTitle(),
                      MsgIcon::Critical);
     if (*failed == kCheckRunNumber) {
         txtRunNumber_->setText(
@@ -845,7 +845,7 @@ bool frmRun::RunNumbersValid(const RunValues& values) {
     if (!bad) {
         return true;
     }
-    messages_.inform(bad->message, garage::DataEntryErrorTitle(), MsgIcon::Critical);
+    messages_.inform(bad->message, DataEntryErrorTitle(), MsgIcon::Critical);
     FocusField(bad->field->control);
     return false;
 }
@@ -896,7 +896,7 @@ bool frmRun::RunSaveRecord(bool showAlert) {
         const weather::Recalculation r = weather::PlanRecalculation(
             txtTemp_->text(), txtHumidity_->text(), txtBarometricPressure_->text());
         messages_.inform(QStringLiteral("The air figures can't be calculated: ") + r.reason,
-                         garage::DataEntryErrorTitle(), MsgIcon::Critical);
+                         DataEntryErrorTitle(), MsgIcon::Critical);
         QLineEdit* focus = txtTemp_;
         for (QLineEdit* box : {txtTemp_, txtHumidity_, txtBarometricPressure_}) {
             if (!StrictNumber(box->text())) {
@@ -1090,7 +1090,7 @@ void frmRun::FieldLeft(QWidget* field) {
         if (parsed.isEmpty()) {
             // What was typed stays, to be put right.
             messages_.inform(QStringLiteral("Invalid Run Date, Use MM/DD/YYYY Format"),
-                             garage::DataEntryErrorTitle(), MsgIcon::Critical);
+                             DataEntryErrorTitle(), MsgIcon::Critical);
             mebRun_dt_->setFocus(Qt::OtherFocusReason);
         } else if (parsed != shown) {
             mebRun_dt_->setText(parsed);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "garage/ui/recordwindow.h"
+#include "common/ui/recordwindow.h"
 #include "run/fieldtable.h"
 #include "run/runsave.h"
 #include "weather/polltimer.h"
@@ -43,7 +43,7 @@ public:
 // The window in which one run is entered or changed: summary, weather, results and the car's
 // tune-up on eight tabs. Opened by the main window for a new run (its stored tool "ID_New") or
 // on the list's selected run, whose grid it holds still until it closes.
-class frmRun final : public garage::RecordWindow {
+class frmRun final : public RecordWindow {
     Q_OBJECT
 
 public:

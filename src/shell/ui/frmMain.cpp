@@ -1,7 +1,7 @@
 #include "shell/ui/frmMain.h"
 
-#include "shell/common/numbers.h"
-#include "shell/common/ui/formhelpers.h"
+#include "common/numbers.h"
+#include "common/ui/formhelpers.h"
 #include "shell/mainstate.h"
 #include "shell/ui/fitwidgets.h"
 #include "shell/ui/frozentableview.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/common/messages.h"
-#include "shell/common/textgrid.h"
+#include "common/messages.h"
+#include "common/textgrid.h"
 #include "shell/help.h"
 #include "shell/maincontext.h"
 #include "shell/pageleadin.h"

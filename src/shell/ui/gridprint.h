@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/common/textgrid.h"
+#include "common/textgrid.h"
 
 #include <QDateTime>
 #include <QString>

@@ -1,7 +1,7 @@
 #include "weather/ui/frmWeather.h"
 
-#include "shell/common/numbers.h"
-#include "shell/common/ui/formhelpers.h"
+#include "common/numbers.h"
+#include "common/ui/formhelpers.h"
 #include "shell/maincontext.h"
 #include "weather/station.h"
 

@@ -5,7 +5,7 @@
 // figures into the open prediction and tune-up windows through the main window, and in live
 // mode hands their lead-in to the station to page out.
 
-#include "shell/common/messages.h"
+#include "common/messages.h"
 #include "weather/polltimer.h"
 
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "garage/recordwindow.h"
-#include "shell/common/messages.h"
+#include "common/messages.h"
+#include "common/records.h"
 #include "shell/maincontext.h"
 #include "store/database.h"
 
@@ -33,7 +33,7 @@ class QGridLayout;
 class QLabel;
 class QListWidget;
 
-namespace slipbook::garage {
+namespace slipbook {
 
 // The record list of a window, whether a plain list of names or a grid: one entry per record,
 // each carrying the record's id. Selecting from code never announces a pick.
@@ -301,4 +301,4 @@ private:
     std::function<void(QWidget*)> print_;
 };
 
-}  // namespace slipbook::garage
+}  // namespace slipbook

@@ -3,7 +3,7 @@
 // The rules of the record windows that need no widget: validation as a list of steps, the
 // caption and the delete question, and the use checks that decide whether a record may go.
 
-#include "shell/common/messages.h"
+#include "common/messages.h"
 #include "store/database.h"
 
 #include <QString>
@@ -12,7 +12,7 @@
 #include <functional>
 #include <vector>
 
-namespace slipbook::garage {
+namespace slipbook {
 
 // The title of every validation box.
 QString DataEntryErrorTitle();
@@ -65,4 +65,4 @@ struct DeleteRule {
 
 bool DeleteAllowed(store::Database& db, Messages& messages, const DeleteRule& rule, qint64 id);
 
-}  // namespace slipbook::garage
+}  // namespace slipbook

@@ -1,9 +1,9 @@
-#include "garage/recordwindow.h"
+#include "common/records.h"
 
-#include "shell/common/forms.h"
+#include "common/forms.h"
 #include "store/access.h"
 
-namespace slipbook::garage {
+namespace slipbook {
 
 QString DataEntryErrorTitle() {
     return QStringLiteral("Data Entry Error");
@@ -63,4 +63,4 @@ bool DeleteAllowed(store::Database& db, Messages& messages, const DeleteRule& ru
     return true;
 }
 
-}  // namespace slipbook::garage
+}  // namespace slipbook

@@ -4,7 +4,7 @@
 // and the behaviours installed on entry boxes (numeric keys, padding, select-all on focus).
 // List entries carry their row id as a qint64 under Qt::UserRole.
 
-#include "shell/common/messages.h"
+#include "common/messages.h"
 #include "store/database.h"
 
 #include <QList>

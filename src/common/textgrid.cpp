@@ -1,6 +1,6 @@
-#include "shell/common/textgrid.h"
+#include "common/textgrid.h"
 
-#include "shell/common/forms.h"
+#include "common/forms.h"
 
 #include <algorithm>
 #include <cmath>

@@ -6,7 +6,8 @@
 // locale. Date values are QDateTime in UTC, the way the store hands them out: only
 // .date() and .time() count; a bare time stands on 1899-12-30.
 
-#include "shell/common/numbers.h"
+#include "common/dates.h"
+#include "common/numbers.h"
 
 #include <QDate>
 #include <QDateTime>
@@ -23,16 +24,6 @@ namespace slipbook {
 inline constexpr QStringView kDateMaskEmpty = u"__/__/____";
 inline constexpr QStringView kTimeMaskEmpty = u"__:__ __";
 inline constexpr QStringView kLongTimeMaskEmpty = u"__:__:__ __";
-
-// The day a bare time stands on.
-QDate DayZero();
-
-// A year as typed: two digits or fewer fall in 1930 to 2029, as the classic runtime windows them.
-int WindowYear(int year, int digits);
-// The date of a month-first text's numbers; a month above 12 with a day that can be a month is
-// read day first, as the classic runtime does. Empty when no such day exists or the year is not
-// of four digits' range.
-std::optional<QDate> MonthFirstDate(int month, int day, int year);
 
 // A value read as a date, in the manner of the classic IsDate and CDate: QDateTime, QDate and
 // QTime values, and texts holding a numeric date ("7/4/2003", "7-4-03", "2003-07-04", "7/4"

@@ -1,8 +1,8 @@
-#include "garage/ui/recordwindow.h"
+#include "common/ui/recordwindow.h"
 
-#include "shell/common/forms.h"
-#include "shell/common/textgrid.h"
-#include "shell/common/ui/formhelpers.h"
+#include "common/forms.h"
+#include "common/textgrid.h"
+#include "common/ui/formhelpers.h"
 #include "store/access.h"
 #include "store/recordset.h"
 
@@ -30,7 +30,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
-namespace slipbook::garage {
+namespace slipbook {
 
 namespace {
 
@@ -881,4 +881,4 @@ bool RecordWindow::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
-}  // namespace slipbook::garage
+}  // namespace slipbook

@@ -1,4 +1,4 @@
-#include "shell/common/forms.h"
+#include "common/forms.h"
 
 #include <algorithm>
 #include <charconv>
@@ -310,10 +310,6 @@ QStringView TrimSpaces(QStringView s) {
         --to;
     }
     return s.sliced(from, to - from);
-}
-
-QDate DayZero() {
-    return QDate(1899, 12, 30);
 }
 
 std::optional<QDateTime> DateValue(const QVariant& value, QDate today) {
@@ -641,28 +637,6 @@ std::optional<qint64> GridDateKey(QStringView text) {
 
 double GridNumberKey(QStringView text) {
     return StrictNumber(text).value_or(0.0);
-}
-
-int WindowYear(int year, int digits) {
-    if (digits <= 2) {
-        return year < 30 ? 2000 + year : 1900 + year;
-    }
-    return year;
-}
-
-std::optional<QDate> MonthFirstDate(int month, int day, int year) {
-    if (year < 100 || year > 9999) {
-        return std::nullopt;
-    }
-    QDate date(year, month, day);
-    // A date that cannot be month first is read day first, as the classic runtime does.
-    if (!date.isValid() && month > 12 && day <= 12) {
-        date = QDate(year, day, month);
-    }
-    if (!date.isValid()) {
-        return std::nullopt;
-    }
-    return date;
 }
 
 }  // namespace slipbook

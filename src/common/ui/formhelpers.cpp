@@ -1,6 +1,6 @@
-#include "shell/common/ui/formhelpers.h"
+#include "common/ui/formhelpers.h"
 
-#include "shell/common/forms.h"
+#include "common/forms.h"
 #include "store/recordset.h"
 
 #include <QAction>

@@ -1,4 +1,4 @@
-#include "shell/common/commandline.h"
+#include "common/commandline.h"
 
 namespace slipbook {
 
