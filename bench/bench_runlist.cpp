@@ -91,7 +91,10 @@ int main(int argc, char** argv) {
     store::Database db;
     db.Open(logbook);
     bench::PrintedMessages messages;
-    shell::frmMain main(db, messages, QString(), QCoreApplication::applicationDirPath());
+    store::LogbookEvents events;
+    SystemClock clock;
+    shell::frmMain main(db, messages, events, clock, QString(),
+                        QCoreApplication::applicationDirPath());
     main.FormLoadStuff();
 
     // The widest shipped view.

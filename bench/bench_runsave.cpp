@@ -260,6 +260,8 @@ struct Logbook {
     int runs = 0;
     store::Database db;
     bench::PrintedMessages messages;
+    store::LogbookEvents events;
+    SystemClock clock;
     std::unique_ptr<shell::frmMain> main;
     run::frmRun* window = nullptr;
     std::unique_ptr<RawCommit> raw;
@@ -286,7 +288,7 @@ struct Logbook {
 
         db.Open(logbook);
         raw = std::make_unique<RawCommit>(floor, db.handle());
-        main = std::make_unique<shell::frmMain>(db, messages, QString(),
+        main = std::make_unique<shell::frmMain>(db, messages, events, clock, QString(),
                                                 QCoreApplication::applicationDirPath());
         QElapsedTimer load;
         load.start();
@@ -302,14 +304,14 @@ struct Logbook {
     ~Logbook() { CloseWindow(); }
 
     void OpenNew() {
-        main->SetStoredToolId(QStringLiteral("ID_New"));
-        window = static_cast<run::frmRun*>(run::OpenRunWindow(*main));
+        main->state().storedTool = QStringLiteral("ID_New");
+        window = new run::frmRun(main->context(), main.get());
     }
     void OpenNewest() {
         CloseWindow();
-        main->SetStoredToolId(QString());
+        main->state().storedTool.clear();
         main->SelectRow(main->grid().RowCount() - 1);
-        window = static_cast<run::frmRun*>(run::OpenRunWindow(*main));
+        window = new run::frmRun(main->context(), main.get());
     }
     void CloseWindow() {
         if (window != nullptr) {

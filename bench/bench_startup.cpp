@@ -44,7 +44,7 @@ public:
         }
     }
     void LoadMainWindow() override {
-        main = std::make_unique<shell::frmMain>(db_, messages_, QString(),
+        main = std::make_unique<shell::frmMain>(db_, messages_, events_, clock_, QString(),
                                                 QCoreApplication::applicationDirPath());
         main->setStatusReporter([this](const QString& s) { SetSplashStatus(s); });
     }
@@ -67,6 +67,8 @@ public:
     double fillMs = 0;
 
 private:
+    store::LogbookEvents events_;
+    SystemClock clock_;
     store::Database& db_;
     Messages& messages_;
 };

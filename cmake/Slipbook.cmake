@@ -20,6 +20,8 @@ endfunction()
 function(slipbook_logic_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC_DEPS;PRIVATE_DEPS" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
+    # Core's signals are allowed here: the change notifier is one.
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
     slipbook_settings(${name})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${name} PUBLIC Qt6::Core ${ARG_PUBLIC_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})

@@ -138,7 +138,8 @@ void Application::SetSplashStatus(const QString& status) {
 }
 
 void Application::LoadMainWindow() {
-    main_ = std::make_unique<shell::frmMain>(db_, messages_, commandLine_, appDir_);
+    main_ = std::make_unique<shell::frmMain>(db_, messages_, events_, wallClock_, commandLine_,
+                                             appDir_);
     main_->setStatusReporter([this](const QString& status) { SetSplashStatus(status); });
     RegisterWindows(*main_);
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "shell/ui/qtmessages.h"
+#include "common/clock.h"
 #include "store/database.h"
+#include "store/logbookevents.h"
 #include "store/startup.h"
 
 #include <QApplication>
@@ -74,6 +76,8 @@ private:
     ConsoleMessages consoleMessages_;
     Messages& messages_;
     ElapsedClock clock_;
+    SystemClock wallClock_;
+    store::LogbookEvents events_;
     std::unique_ptr<store::frmSplash> splash_;
     std::unique_ptr<shell::frmMain> main_;
     bool busy_ = false;

@@ -21,25 +21,49 @@ W* Owned(W* window) {
 
 // A record window, with the main window's help and about.
 template <class W>
-QWidget* Record(shell::frmMain& m) {
-    W* w = Owned(new W(m.database(), m.messages(), m, &m));
-    w->SetHelpHandler([&m] { m.HelpContents(); });
-    w->SetAboutHandler([&m] { m.ToolClick(QStringLiteral("ID_About")); });
+W* WithHelp(W* w, shell::MainContext& main) {
+    w->SetHelpHandler([&main] { main.HelpContents(); });
+    w->SetAboutHandler([&main] { main.ClickTool(QStringLiteral("ID_About")); });
     return w;
+}
+
+template <class W>
+QWidget* Record(const shell::WindowContext& ctx, QWidget* owner) {
+    return WithHelp(Owned(new W(ctx, owner)), ctx.main);
+}
+
+// The one maintenance window, filtered on the car's coming items with its alert: an open one is
+// used again, since two could edit the same items.
+QWidget* MaintenanceAlert(const shell::WindowContext& ctx, QWidget*, qint64 carId) {
+    auto* window = qobject_cast<garage::frmMaintenance*>(
+        ctx.main.ToolWindow(QStringLiteral("ID_Maintenance")));
+    if (window == nullptr) {
+        return nullptr;
+    }
+    window->ShowParameters(carId, 1);
+    window->Alert();
+    window->show();
+    window->raise();
+    window->activateWindow();
+    return window;
 }
 
 }  // namespace
 
 void RegisterWindows(shell::frmMain& main) {
-    main.RegisterWindow(QStringLiteral("ID_Runs"), run::OpenRunWindow);
-    main.RegisterDelete(QStringLiteral("ID_Runs"),
-                        [&main](const QString& key) { run::DeleteRunFromList(main, key); });
+    main.RegisterWindow(QStringLiteral("ID_Runs"),
+                        [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
+                            return WithHelp(Owned(new run::frmRun(ctx, owner)), ctx.main);
+                        });
+    main.RegisterDelete(QStringLiteral("ID_Runs"), run::DeleteRunFromList);
     main.RegisterWindow(QStringLiteral("ID_Events"), Record<garage::frmEvent>);
     main.RegisterWindow(QStringLiteral("ID_Tracks"), Record<garage::frmTrack>);
     main.RegisterWindow(QStringLiteral("ID_Maintenance"), Record<garage::frmMaintenance>);
-    main.RegisterWindow(QStringLiteral("ID_Weather"), [](shell::frmMain& m) -> QWidget* {
-        return Owned(new weather::frmWeather(m, m.messages(), {}, {}, &m));
-    });
+    main.RegisterShow(shell::windows::kMaintenanceAlert, MaintenanceAlert);
+    main.RegisterWindow(QStringLiteral("ID_Weather"),
+                        [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
+                            return Owned(new weather::frmWeather(ctx, {}, owner));
+                        });
 }
 
 }  // namespace slipbook::app

@@ -6,6 +6,14 @@
 
 namespace slipbook::shell {
 
+bool MainState::TakeNewRecordAsked() {
+    if (storedTool != u"ID_New") {
+        return false;
+    }
+    storedTool.clear();
+    return true;
+}
+
 QString DefaultWeatherDir() {
 #ifdef Q_OS_WIN
     return QStringLiteral("C:\\Barometrix");

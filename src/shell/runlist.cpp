@@ -479,4 +479,75 @@ QString LoadNotes(store::Database& db, const QString& mode, const QString& keyTe
     return QString();
 }
 
+namespace {
+
+std::unique_ptr<ListLayout> RunRowLayout(store::Database& db,
+                                                const QStringList& columnNames) {
+    auto layout = std::make_unique<ListLayout>();
+    layout->mode = QStringLiteral("ID_Runs");
+    QHash<QString, ListColumn> catalogue;
+    {
+        store::Query q = db.OpenQuery(QStringLiteral(
+            "SELECT * FROM tblListViewColumns WHERE sView_id = 'ID_Runs' ORDER BY lOrder"));
+        const int name = q.FieldIndex(QStringLiteral("sFieldName"));
+        while (q.Next()) {
+            const QString key = q.Text(name).toLower();
+            if (catalogue.contains(key)) {
+                continue;
+            }
+            ListColumn c;
+            c.name = q.Text(name);
+            c.format = q.Text(q.FieldIndex(QStringLiteral("sDisplayFormat")));
+            c.typeCode = TextGridModel::TypeCode(q.Text(q.FieldIndex(QStringLiteral("sDataType"))));
+            const int lookup = q.FieldIndex(QStringLiteral("bLookup_fl"));
+            c.lookup = !q.IsNull(lookup) && q.Integer(lookup) != 0;
+            c.lookupTable = q.Text(q.FieldIndex(QStringLiteral("sLookupTable_nm")));
+            c.lookupField = q.Text(q.FieldIndex(QStringLiteral("sLookupField_nm")));
+            catalogue.insert(key, c);
+        }
+    }
+    for (qsizetype i = 0; i < columnNames.size(); ++i) {
+        ListColumn c;
+        c.name = columnNames[i];
+        if (i > 0) {
+            c = catalogue.value(columnNames[i].toLower(), c);
+        }
+        layout->columns.push_back(c);
+    }
+    return layout;
+}
+
+}  // namespace
+
+QString RunGridRow(store::Database& db, const QStringList& columnNames, qint64 runId) {
+    return RunGridRowMaker(db).Row(columnNames, runId);
+}
+
+RunGridRowMaker::RunGridRowMaker(store::Database& db) : db_(db) {}
+
+RunGridRowMaker::~RunGridRowMaker() = default;
+
+QString RunGridRowMaker::Row(const QStringList& columnNames, qint64 runId) {
+    // A change of the schema changes every table's stamp, the catalogue's with them.
+    const quint64 stamp = db_.TableStamp(QStringLiteral("tblListViewColumns"));
+    if (!layout_ || stamp != catalogueStamp_ || columnNames != names_) {
+        builder_.reset();
+        layout_ = RunRowLayout(db_, columnNames);
+        names_ = columnNames;
+        catalogueStamp_ = stamp;
+    }
+    store::Query q = db_.OpenQuery(QStringLiteral("SELECT * FROM tblRuns WHERE lRun_id = ") +
+                                   QString::number(runId));
+    if (!q.Next()) {
+        return QString();
+    }
+    if (builder_) {
+        builder_->RefreshLookups();
+    } else {
+        builder_ = std::make_unique<RowBuilder>(db_, *layout_);
+        builder_->Bind(q);
+    }
+    return builder_->BuildText(q);
+}
+
 }  // namespace slipbook::shell

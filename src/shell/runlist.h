@@ -98,4 +98,27 @@ QString LoadNotes(store::Database& db, const QString& mode, const QString& keyTe
 // The text a key takes in a look-up: numbers in their plain form, text without case.
 QString LookupKey(const QVariant& value);
 
+// The main list's row of one run: cells joined by tabs, for the list's own columns (the first
+// being the key), made the way the list makes its rows. Empty when the run is not there.
+QString RunGridRow(store::Database& db, const QStringList& columnNames, qint64 runId);
+
+// Makes such rows one after another, as RunGridRow does, keeping between rows what it read of
+// the column catalogue and the look-up tables while those tables stay unchanged.
+class RunGridRowMaker {
+public:
+    explicit RunGridRowMaker(store::Database& db);
+    ~RunGridRowMaker();
+    RunGridRowMaker(const RunGridRowMaker&) = delete;
+    RunGridRowMaker& operator=(const RunGridRowMaker&) = delete;
+
+    QString Row(const QStringList& columnNames, qint64 runId);
+
+private:
+    store::Database& db_;
+    QStringList names_;
+    quint64 catalogueStamp_ = 0;
+    std::unique_ptr<ListLayout> layout_;
+    std::unique_ptr<RowBuilder> builder_;
+};
+
 }  // namespace slipbook::shell

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "common/clock.h"
 #include "shell/maincontext.h"
-#include "shell/pageleadin.h"
+#include "shell/mainstate.h"
+#include "shell/windowcontext.h"
+#include "store/logbookevents.h"
 
 #include <QStringList>
 
@@ -9,58 +12,40 @@
 
 namespace slipbook::test {
 
-// A main window that keeps its state in fields and writes down every call, for window tests.
+// A clock that stands still where the test puts it.
+class FixedClock : public WallClock {
+public:
+    QDateTime now = QDateTime(QDate(2024, 7, 4), QTime(14, 35));
+    QDateTime Now() const override { return now; }
+};
+
+// A main window that keeps its state in a MainState and writes down every call, for window
+// tests; with its own change notifier and clock it makes the windows' whole context.
 class FakeMain : public shell::MainContext {
 public:
-    qint64 carId = 1, eventId = 0, trackId = 0;
-    QString carDesc, eventDesc, trackDesc, view = QStringLiteral("ID_Runs");
-    bool filterActive = false;
-    QString filterString, filterSql, storedTool, keyText, weatherDir;
+    FakeMain() { state.car.id = 1; }
+
+    shell::WindowContext Context(store::Database& db, Messages& messages) {
+        return {db, messages, events, clock, state, *this};
+    }
+
+    shell::MainState state;
+    store::LogbookEvents events;
+    FixedClock clock;
+    QString keyText;
     QStringList cells;
     int lockCount = 0;
     QString carNum = QStringLiteral("1");
-    shell::PageLeadin leadin;
-    QStringList
-        calls;  // "CarsLoad", "SelectEvent 3", "ClickTool ID_Runs", "CalcAllTuneUp 95.8", ...
+    QStringList calls;  // "ClickTool ID_Runs", "CalcAllTuneUp 95.8", "ToolWindow ID_...", ...
+    std::function<QWidget*(const QString&)> toolWindow;
+    std::function<QWidget*(QStringView, qint64)> showWindow;
 
-    qint64 CurrentCarId() const override { return carId; }
-    void SetCurrentCarId(qint64 id) override { carId = id; }
-    QString CurrentCarDesc() const override { return carDesc; }
-    void SetCurrentCarDesc(const QString& d) override { carDesc = d; }
-    qint64 CurrentEventId() const override { return eventId; }
-    void SetCurrentEventId(qint64 id) override { eventId = id; }
-    QString CurrentEventDesc() const override { return eventDesc; }
-    void SetCurrentEventDesc(const QString& d) override { eventDesc = d; }
-    qint64 CurrentTrackId() const override { return trackId; }
-    void SetCurrentTrackId(qint64 id) override { trackId = id; }
-    QString CurrentTrackDesc() const override { return trackDesc; }
-    void SetCurrentTrackDesc(const QString& d) override { trackDesc = d; }
-    QString CurrentView() const override { return view; }
-    bool RunFilterActive() const override { return filterActive; }
-    void SetRunFilterActive(bool a) override { filterActive = a; }
-    QString RunFilterString() const override { return filterString; }
-    void SetRunFilterString(const QString& t) override { filterString = t; }
-    QString RunFilterSQL() const override { return filterSql; }
-    void SetRunFilterSQL(const QString& s) override { filterSql = s; }
-    void CarsLoad() override { calls << QStringLiteral("CarsLoad"); }
-    void EventsLoad() override { calls << QStringLiteral("EventsLoad"); }
-    void TrackLoad() override { calls << QStringLiteral("TrackLoad"); }
-    void ViewsLoad() override { calls << QStringLiteral("ViewsLoad"); }
-    void SelectCar(qint64 id) override {
-        carId = id, calls << QStringLiteral("SelectCar %1").arg(id);
-    }
-    void SelectEvent(qint64 id) override {
-        eventId = id, calls << QStringLiteral("SelectEvent %1").arg(id);
-    }
-    void SelectTrack(qint64 id) override {
-        trackId = id, calls << QStringLiteral("SelectTrack %1").arg(id);
-    }
-    void FilterApply() override { calls << QStringLiteral("FilterApply"); }
     void ClickTool(const QString& id) override { calls << QStringLiteral("ClickTool ") + id; }
-    QString StoredToolId() const override { return storedTool; }
-    void SetStoredToolId(const QString& id) override { storedTool = id; }
-    QString SelectedKeyText() const override { return keyText; }
+    void FilterApply() override { calls << QStringLiteral("FilterApply"); }
     QString SelectedCellText(int c) const override {
+        if (c == 0 && !keyText.isEmpty()) {
+            return keyText;
+        }
         return c < cells.size() ? cells[c] : QString();
     }
     void ForbidSelectDifferentRun() override { ++lockCount; }
@@ -72,15 +57,16 @@ public:
     void CalcAllTuneUp(const QString& adr) override {
         calls << QStringLiteral("CalcAllTuneUp ") + adr;
     }
-    void AddPageLeadin(const QString& line) override { leadin.Add(line); }
-    void ClearPageLeadin() override { leadin.Clear(); }
-    QString GetPageLeadin() const override { return leadin.Get(); }
-    QString WeatherDirectory() const override { return weatherDir; }
     QWidget* ToolWindow(const QString& id) override {
         calls << QStringLiteral("ToolWindow ") + id;
         return toolWindow ? toolWindow(id) : nullptr;
     }
-    std::function<QWidget*(const QString&)> toolWindow;
+    QWidget* OpenWindow(const QString&) const override { return nullptr; }
+    QWidget* ShowWindow(QStringView name, qint64 id) override {
+        calls << QStringLiteral("ShowWindow %1 %2").arg(name.toString()).arg(id);
+        return showWindow ? showWindow(name, id) : nullptr;
+    }
+    void HelpContents() override { calls << QStringLiteral("HelpContents"); }
 };
 
 }  // namespace slipbook::test

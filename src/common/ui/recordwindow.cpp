@@ -191,9 +191,9 @@ int GridRecords::nextAfterRemoval(int row) const {
 
 // ---- RecordWindow
 
-RecordWindow::RecordWindow(store::Database& db, Messages& messages, shell::MainContext& main,
+RecordWindow::RecordWindow(store::Database& db, Messages& messages, store::LogbookEvents& events,
                            QWidget* parent)
-    : QWidget(parent, Qt::Window), db_(db), messages_(messages), main_(main) {
+    : QWidget(parent, Qt::Window), db_(db), messages_(messages), events_(events) {
     layout_ = new QVBoxLayout(this);
     layout_->setContentsMargins(0, 0, 0, 0);
     layout_->setSpacing(0);
@@ -513,15 +513,14 @@ void RecordWindow::OpenRecords() {
     records_ = db_.OpenRecordset(RecordsetSql());
 }
 
-void RecordWindow::FormLoad() {
+void RecordWindow::FormLoad(bool newRecord) {
     {
         const BusyCursor busy;
         FillLists();
         FillRecordList();
         OpenRecords();
     }
-    if (main_.StoredToolId() == kNew) {
-        main_.SetStoredToolId(QString());
+    if (newRecord) {
         New();
     } else {
         const qint64 start = StartRecordId();
@@ -641,7 +640,7 @@ bool RecordWindow::Save(const QString& toolId) {
     }
     const qint64 id = records_->Value(IdColumn()).toLongLong();
     ListAfterSave(id, adding);
-    MainAfterSave();
+    Q_EMIT events_.recordsChanged(TableName());
     recordAdd_ = false;
     dataChanged_ = false;
     DeleteToolSetup();
@@ -711,7 +710,11 @@ void RecordWindow::RecordDelete() {
     }
     dataChanged_ = false;
     ListAfterDelete(id);
-    MainAfterDelete(id);
+    AfterDelete(id);
+}
+
+void RecordWindow::AfterDelete(qint64 /*id*/) {
+    Q_EMIT events_.recordsChanged(TableName());
 }
 
 void RecordWindow::ListAfterDelete(qint64 id) {

@@ -2,8 +2,8 @@
 
 #include "common/messages.h"
 #include "common/records.h"
-#include "shell/maincontext.h"
 #include "store/database.h"
+#include "store/logbookevents.h"
 
 #include <QHash>
 #include <QList>
@@ -125,7 +125,7 @@ class RecordWindow : public QWidget {
     Q_OBJECT
 
 public:
-    RecordWindow(store::Database& db, Messages& messages, shell::MainContext& main,
+    RecordWindow(store::Database& db, Messages& messages, store::LogbookEvents& events,
                  QWidget* parent = nullptr);
     ~RecordWindow() override;
 
@@ -164,9 +164,9 @@ public:
 
 protected:
     // ---- The pattern's operations.
-    // Fills the lists, opens the row set and shows the first record, or starts a new one. A new
-    // record is asked for by the stored tool id "ID_New" of the main window.
-    void FormLoad();
+    // Fills the lists, opens the row set and shows the first record, or starts a new one when
+    // `newRecord` (the main window's New asked for one).
+    void FormLoad(bool newRecord);
     virtual void New();
     // Validates and writes the record in one transaction; false when it was not saved.
     virtual bool Save(const QString& toolId);
@@ -230,6 +230,8 @@ protected:
 
     // ---- Hooks.
     virtual QString RecordsetSql() const = 0;
+    // The table the window writes, as the change notifier names it.
+    virtual QString TableName() const = 0;
     virtual QString IdColumn() const = 0;
     virtual void FillLists() {}
     virtual void FillRecordList() {}
@@ -252,9 +254,8 @@ protected:
     virtual void DeleteRows(qint64 id);
     virtual void ListAfterSave(qint64 id, bool added);
     virtual void ListAfterDelete(qint64 id);
-    // Tells the main window, whose selectors list these records.
-    virtual void MainAfterSave() {}
-    virtual void MainAfterDelete(qint64 /*id*/) {}
+    // Once the record's rows are gone: tells the notifier, whose subscribers list these records.
+    virtual void AfterDelete(qint64 id);
     // The record to start on when no new one is asked for; 0 for the first of the list.
     virtual qint64 StartRecordId() const { return 0; }
     // The title of the save question when another entry is picked with unsaved changes; empty
@@ -267,7 +268,7 @@ protected:
 
     store::Database& db_;
     Messages& messages_;
-    shell::MainContext& main_;
+    store::LogbookEvents& events_;
 
 private:
     void BuildTools();

@@ -50,14 +50,13 @@ bool IsFieldExit(const QEvent* event) {
 
 }  // namespace
 
-frmEvent::frmEvent(store::Database& db, Messages& messages, shell::MainContext& main,
-                   QWidget* parent)
-    : RecordWindow(db, messages, main, parent) {
+frmEvent::frmEvent(const shell::WindowContext& ctx, QWidget* parent)
+    : RecordWindow(ctx.db, ctx.messages, ctx.events, parent), state_(ctx.state) {
     setObjectName(QStringLiteral("frmEvent"));
     SetToolTips(QStringLiteral("event"));
     BuildBody();
     resize(720, 440);
-    FormLoad();
+    FormLoad(state_.TakeNewRecordAsked());
 }
 
 void frmEvent::BuildBody() {
@@ -230,24 +229,8 @@ QString frmEvent::RecordName() const {
     return txtEvent_nm_->text();
 }
 
-void frmEvent::MainAfterSave() {
-    const qint64 current = main_.CurrentEventId();
-    main_.EventsLoad();
-    main_.SetCurrentEventId(current);
-    main_.SelectEvent(current);
-}
-
-void frmEvent::MainAfterDelete(qint64 id) {
-    const qint64 current = main_.CurrentEventId();
-    main_.EventsLoad();
-    if (id != current) {
-        main_.SetCurrentEventId(current);
-    }
-    main_.SelectEvent(main_.CurrentEventId());
-}
-
 qint64 frmEvent::StartRecordId() const {
-    return main_.CurrentEventId();
+    return state_.event.id;
 }
 
 bool frmEvent::eventFilter(QObject* watched, QEvent* event) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/ui/recordwindow.h"
+#include "shell/windowcontext.h"
 
 class QComboBox;
 class QLineEdit;
@@ -15,11 +16,11 @@ class frmEvent final : public RecordWindow {
     Q_OBJECT
 
 public:
-    frmEvent(store::Database& db, Messages& messages, shell::MainContext& main,
-             QWidget* parent = nullptr);
+    explicit frmEvent(const shell::WindowContext& ctx, QWidget* parent = nullptr);
 
 protected:
     QString RecordsetSql() const override;
+    QString TableName() const override { return QStringLiteral("tblEvents"); }
     QString IdColumn() const override { return QStringLiteral("lEvent_id"); }
     void FillLists() override;
     void FillRecordList() override;
@@ -32,8 +33,6 @@ protected:
     DeleteRule DeleteRules() const override;
     QString RecordName() const override;
     QString CaptionNoun() const override { return QStringLiteral(" - Event"); }
-    void MainAfterSave() override;
-    void MainAfterDelete(qint64 id) override;
     qint64 StartRecordId() const override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -50,6 +49,8 @@ private:
     QComboBox* cboEventClass_ = nullptr;
     QLineEdit* txtPurse_amt_ = nullptr;
     QPlainTextEdit* rtbEventNotes_tx_ = nullptr;
+
+    shell::MainState& state_;
 };
 
 }  // namespace slipbook::garage

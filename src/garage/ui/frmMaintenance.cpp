@@ -93,15 +93,14 @@ public:
     }
 };
 
-frmMaintenance::frmMaintenance(store::Database& db, Messages& messages, shell::MainContext& main,
-                               QWidget* parent)
-    : RecordWindow(db, messages, main, parent) {
+frmMaintenance::frmMaintenance(const shell::WindowContext& ctx, QWidget* parent)
+    : RecordWindow(ctx.db, ctx.messages, ctx.events, parent), state_(ctx.state), clock_(ctx.clock) {
     setObjectName(QStringLiteral("frmMaintenance"));
     SetToolTips(QStringLiteral("maintenance item"));
     BuildFilters();
     BuildBody();
     resize(900, 560);
-    FormLoad();
+    FormLoad(state_.TakeNewRecordAsked());
 }
 
 frmMaintenance::~frmMaintenance() = default;
@@ -462,7 +461,7 @@ void frmMaintenance::ListAfterSave(qint64 id, bool /*added*/) {
 
 void frmMaintenance::CompletedClicked(bool checked) {
     if (checked) {
-        mebMaintenance_dt_->setText(DateMaskValue(today_()));
+        mebMaintenance_dt_->setText(DateMaskValue(clock_.Today()));
     } else {
         mebMaintenance_dt_->clear();
     }

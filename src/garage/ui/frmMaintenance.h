@@ -2,6 +2,7 @@
 
 #include "garage/maintenance.h"
 #include "common/ui/recordwindow.h"
+#include "shell/windowcontext.h"
 
 #include <QDate>
 
@@ -26,8 +27,7 @@ class frmMaintenance final : public RecordWindow {
     Q_OBJECT
 
 public:
-    frmMaintenance(store::Database& db, Messages& messages, shell::MainContext& main,
-                   QWidget* parent = nullptr);
+    explicit frmMaintenance(const shell::WindowContext& ctx, QWidget* parent = nullptr);
     ~frmMaintenance() override;
 
     // Filters the grid on a car and a status (an index of MaintenanceStatus).
@@ -37,10 +37,10 @@ public:
     // Reloads the grid from the filters.
     void GridLoad();
     // The day "completed today" means.
-    void SetToday(std::function<QDate()> today) { today_ = std::move(today); }
 
 protected:
     QString RecordsetSql() const override;
+    QString TableName() const override { return QStringLiteral("tblMaintenance"); }
     QString IdColumn() const override { return QStringLiteral("lMaintenance_id"); }
     void FillLists() override;
     void FillRecordList() override;
@@ -90,7 +90,8 @@ private:
 
     qint64 filterCarId_ = 0;
     bool parametersShown_ = false;
-    std::function<QDate()> today_ = [] { return QDate::currentDate(); };
+    shell::MainState& state_;
+    const WallClock& clock_;
 };
 
 }  // namespace slipbook::garage

@@ -48,14 +48,13 @@ QVariant PhoneValue(const QString& shown) {
 
 }  // namespace
 
-frmTrack::frmTrack(store::Database& db, Messages& messages, shell::MainContext& main,
-                   QWidget* parent)
-    : RecordWindow(db, messages, main, parent) {
+frmTrack::frmTrack(const shell::WindowContext& ctx, QWidget* parent)
+    : RecordWindow(ctx.db, ctx.messages, ctx.events, parent), state_(ctx.state) {
     setObjectName(QStringLiteral("frmTrack"));
     SetToolTips(QStringLiteral("track"));
     BuildBody();
     resize(720, 460);
-    FormLoad();
+    FormLoad(state_.TakeNewRecordAsked());
 }
 
 void frmTrack::BuildBody() {
@@ -179,24 +178,8 @@ QString frmTrack::RecordName() const {
     return txtTrack_nm_->text();
 }
 
-void frmTrack::MainAfterSave() {
-    const qint64 current = main_.CurrentTrackId();
-    main_.TrackLoad();
-    main_.SetCurrentTrackId(current);
-    main_.SelectTrack(current);
-}
-
-void frmTrack::MainAfterDelete(qint64 id) {
-    const qint64 current = main_.CurrentTrackId();
-    main_.TrackLoad();
-    if (id != current) {
-        main_.SetCurrentTrackId(current);
-    }
-    main_.SelectTrack(main_.CurrentTrackId());
-}
-
 qint64 frmTrack::StartRecordId() const {
-    return main_.CurrentTrackId();
+    return state_.track.id;
 }
 
 }  // namespace slipbook::garage

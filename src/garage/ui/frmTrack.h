@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/ui/recordwindow.h"
+#include "shell/windowcontext.h"
 
 class QLineEdit;
 class QListWidget;
@@ -14,11 +15,11 @@ class frmTrack final : public RecordWindow {
     Q_OBJECT
 
 public:
-    frmTrack(store::Database& db, Messages& messages, shell::MainContext& main,
-             QWidget* parent = nullptr);
+    explicit frmTrack(const shell::WindowContext& ctx, QWidget* parent = nullptr);
 
 protected:
     QString RecordsetSql() const override;
+    QString TableName() const override { return QStringLiteral("tblTracks"); }
     QString IdColumn() const override { return QStringLiteral("lTrack_id"); }
     void FillRecordList() override;
     void RecordToFields(const store::Recordset& rs) override;
@@ -29,8 +30,6 @@ protected:
     DeleteRule DeleteRules() const override;
     QString RecordName() const override;
     QString CaptionNoun() const override { return QStringLiteral(" - Track"); }
-    void MainAfterSave() override;
-    void MainAfterDelete(qint64 id) override;
     qint64 StartRecordId() const override;
 
 private:
@@ -45,6 +44,8 @@ private:
     QTabWidget* sstabTrack_ = nullptr;
     QPlainTextEdit* rtbTrackDirections_tx_ = nullptr;
     QPlainTextEdit* rtbTrackNotes_tx_ = nullptr;
+
+    shell::MainState& state_;
 };
 
 }  // namespace slipbook::garage

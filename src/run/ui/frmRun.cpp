@@ -1,13 +1,11 @@
 #include "run/ui/frmRun.h"
 
-#include "garage/ui/frmMaintenance.h"
 #include "run/intervals.h"
 #include "run/validation.h"
 #include "common/forms.h"
 #include "common/numbers.h"
 #include "common/textgrid.h"
 #include "common/ui/formhelpers.h"
-#include "shell/ui/frmMain.h"
 #include "store/access.h"
 #include "store/recordset.h"
 #include "weather/airproperties.h"
@@ -40,7 +38,6 @@ namespace slipbook::run {
 
 namespace {
 
-const QString kNewTool = QStringLiteral("ID_New");
 const QString kSaveAndClose = QStringLiteral("ID_SaveandClose");
 const QString kSaveAndNew = QStringLiteral("ID_SaveandNew");
 const QString kPointsFormat = QStringLiteral("###,###,##0");
@@ -80,34 +77,13 @@ QString PlainLabel(const QString& caption) {
     return text.replace(QStringLiteral("&&"), QStringLiteral("&"));
 }
 
-// The main window's grid behind the run window's changes.
-class MainRunGrid : public RunListGrid {
-public:
-    explicit MainRunGrid(shell::frmMain& main) : main_(main) {}
-    QStringList ColumnNames() const override {
-        QStringList names;
-        const TextGridModel& grid = main_.grid();
-        for (int i = 0; i < grid.ColumnCount(); ++i) {
-            names << grid.Column(i).name;
-        }
-        return names;
-    }
-    void PutRow(const QString& keyText, const QString& rowText) override {
-        main_.GridRowPut(keyText, rowText);
-    }
-    void RemoveRow(const QString& keyText) override { main_.GridRowRemove(keyText); }
-
-private:
-    shell::frmMain& main_;
-};
-
 }  // namespace
 
-frmRun::frmRun(store::Database& db, Messages& messages, shell::MainContext& main,
-               std::unique_ptr<RunListGrid> grid, QWidget* parent, weather::NowClock now)
-    : RecordWindow(db, messages, main, parent),
-      grid_(std::move(grid)),
-      now_(now ? std::move(now) : [] { return QDateTime::currentDateTime(); }) {
+frmRun::frmRun(const shell::WindowContext& ctx, QWidget* parent)
+    : RecordWindow(ctx.db, ctx.messages, ctx.events, parent),
+      main_(ctx.main),
+      state_(ctx.state),
+      clock_(ctx.clock) {
     setObjectName(QStringLiteral("frmRun"));
     setWindowTitle(QStringLiteral("Run"));
     SetShowEditsInRed(true);
@@ -127,16 +103,14 @@ frmRun::frmRun(store::Database& db, Messages& messages, shell::MainContext& main
     // Load: the main grid is held still until the window goes.
     main_.ForbidSelectDifferentRun();
     gridHeld_ = true;
-    viewId_ = main_.CurrentView();
     sstabSetup_->setCurrentIndex(kTabNotes);
     FillLists();
-    const bool asNew = main_.StoredToolId() == kNewTool;
+    const bool asNew = state_.TakeNewRecordAsked();
     if (!asNew) {
         openRunId_ = static_cast<qint64>(LeadingNumber(main_.SelectedKeyText()).value_or(0));
     }
     OpenRecords();
     if (asNew) {
-        main_.SetStoredToolId(QString());
         New();
     } else {
         records().FindFirst(KeyCriterion(IdColumn(), openRunId_));
@@ -711,22 +685,22 @@ void frmRun::RecordToFields(const store::Recordset& rs) {
 }
 
 void frmRun::ClearFields() {
-    const QDateTime now = now_();
+    const QDateTime now = clock_.Now();
     for (const RunField& f : RunFields()) {
         switch (f.newRun) {
             case NewRun::CurrentEvent: {
-                const qint64 event = main_.CurrentEventId();
+                const qint64 event = state_.event.id;
                 SelectComboId(cboEvents_, event != 0 ? QVariant(event) : QVariant());
                 cboEvents_->setEnabled(event == 0);
                 cboEvents_->setProperty("Locked", event != 0);
                 break;
             }
             case NewRun::CurrentCar:
-                SelectComboId(cboCars_, main_.CurrentCarId());
+                SelectComboId(cboCars_, state_.car.id);
                 break;
             case NewRun::NextNumber:
                 txtRunNumber_->setText(QString::number(
-                    RunNextNumber(db_, main_.CurrentEventId(), main_.CurrentCarId())));
+                    RunNextNumber(db_, state_.event.id, state_.car.id)));
                 break;
             case NewRun::Today:
                 mebRun_dt_->setText(now.date().toString(QStringLiteral("MM/dd/yyyy")));
@@ -796,8 +770,7 @@ QString frmRun::RecordsetSql() const {
         return QStringLiteral("SELECT * FROM tblRuns WHERE lRun_id = ") +
                QString::number(savedRunId_);
     }
-    return RunRecordsSql({main_.RunFilterActive(), main_.RunFilterSQL(), main_.CurrentEventId()},
-                         openRunId_);
+    return RunRecordsSql({state_.filter.active, state_.filter.sql, state_.event.id}, openRunId_);
 }
 
 void frmRun::FillLists() {
@@ -834,7 +807,7 @@ bool frmRun::RunValidate() {
                      MsgIcon::Critical);
     if (*failed == kCheckRunNumber) {
         txtRunNumber_->setText(
-            QString::number(RunNextNumber(db_, main_.CurrentEventId(), main_.CurrentCarId())));
+            QString::number(RunNextNumber(db_, state_.event.id, state_.car.id)));
     }
     FocusField(QString::fromLatin1(check.focus));
     return false;
@@ -931,13 +904,10 @@ bool frmRun::RunSaveRecord(bool showAlert) {
     savedRunId_ = outcome.runId;
     OpenRecords();
     if (request.customNames) {
-        main_.ViewsLoad();
-        // The run list's headers are the catalogue's: the list is loaded anew to show them.
-        if (main_.CurrentView() == viewId_ && viewId_ == u"ID_Runs") {
-            main_.ClickTool(QStringLiteral("ID_Runs"));
-        }
+        // The run list's headers are the catalogue's.
+        Q_EMIT events_.recordsChanged(QStringLiteral("tblListViewColumns"));
     }
-    GridAfterSave(outcome);
+    Q_EMIT events_.runSaved(outcome.runId, outcome.added);
     weatherFetched_ = false;
     AfterSaveReset();
     if (outcome.maintenanceDue) {
@@ -953,16 +923,6 @@ bool frmRun::RunSaveRecord(bool showAlert) {
     return true;
 }
 
-void frmRun::GridAfterSave(const RunSaveOutcome& outcome) {
-    if (!grid_ || main_.CurrentView() != viewId_) {
-        return;
-    }
-    const QString row = rowMaker_.Row(grid_->ColumnNames(), outcome.runId);
-    if (!row.isEmpty()) {
-        grid_->PutRow(QString::number(outcome.runId), row);
-    }
-}
-
 void frmRun::AfterSaveReset() {
     // Showing the saved row without touching the fields: the marks of a clean record (not
     // changed, not new, no red, the delete tool) are what a show leaves.
@@ -973,16 +933,7 @@ void frmRun::AfterSaveReset() {
 
 void frmRun::ShowMaintenanceAlert(qint64 carId) {
     // The one maintenance window, an open one included: two could edit the same items.
-    auto* window =
-        qobject_cast<garage::frmMaintenance*>(main_.ToolWindow(QStringLiteral("ID_Maintenance")));
-    if (window == nullptr) {
-        return;
-    }
-    window->ShowParameters(carId, 1);
-    window->Alert();
-    window->show();
-    window->raise();
-    window->activateWindow();
+    main_.ShowWindow(shell::windows::kMaintenanceAlert, carId);
 }
 
 bool frmRun::Save(const QString& toolId) {
@@ -1025,10 +976,8 @@ void frmRun::RunRecordDelete() {
     RecordDelete();
 }
 
-void frmRun::MainAfterDelete(qint64 id) {
-    if (grid_ && main_.CurrentView() == viewId_) {
-        grid_->RemoveRow(QString::number(id));
-    }
+void frmRun::AfterDelete(qint64 id) {
+    Q_EMIT events_.runDeleted(id);
     weatherFetched_ = false;
     close();
 }
@@ -1273,28 +1222,17 @@ void frmRun::BrokerTimer_Timer() {
 // ---------------------------------------------------------------------------------------------
 // Registration with the main window
 
-QWidget* OpenRunWindow(shell::frmMain& main) {
-    auto* window = new frmRun(main.database(), main.messages(), main,
-                              std::make_unique<MainRunGrid>(main), &main);
-    window->setWindowFlag(Qt::Window, true);
-    window->setAttribute(Qt::WA_DeleteOnClose, true);
-    window->SetHelpHandler([&main] { main.HelpContents(); });
-    window->SetAboutHandler([&main] { main.ToolClick(QStringLiteral("ID_About")); });
-    return window;
-}
-
-void DeleteRunFromList(shell::frmMain& main, const QString& keyText) {
+void DeleteRunFromList(const shell::WindowContext& ctx, QWidget* owner, const QString& keyText) {
     // The one run window there is does the deleting; unseen when none is open.
-    if (auto* open = qobject_cast<frmRun*>(main.OpenWindow(QStringLiteral("ID_Runs")));
+    if (auto* open = qobject_cast<frmRun*>(ctx.main.OpenWindow(QStringLiteral("ID_Runs")));
         open != nullptr && open->isVisible()) {
         open->RunRecordDelete();
         return;
     }
-    if (main.SelectedKeyText() != keyText) {
+    if (ctx.main.SelectedKeyText() != keyText) {
         return;
     }
-    frmRun window(main.database(), main.messages(), main, std::make_unique<MainRunGrid>(main),
-                  &main);
+    frmRun window(ctx, owner);
     window.RunRecordDelete();
     window.close();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/ui/recordwindow.h"
+#include "shell/windowcontext.h"
 #include "run/fieldtable.h"
 #include "run/runsave.h"
 #include "weather/polltimer.h"
@@ -23,38 +24,20 @@ class QPushButton;
 class QRadioButton;
 class QTabWidget;
 
-namespace slipbook::shell {
-class frmMain;
-}
 
 namespace slipbook::run {
 
-// The main window's run list, as the run window changes it after a save or a delete.
-class RunListGrid {
-public:
-    virtual ~RunListGrid() = default;
-    // The names of the list's columns, the hidden key first.
-    virtual QStringList ColumnNames() const = 0;
-    // Adds the row, or rewrites the row of that key, and selects it.
-    virtual void PutRow(const QString& keyText, const QString& rowText) = 0;
-    virtual void RemoveRow(const QString& keyText) = 0;
-};
-
 // The window in which one run is entered or changed: summary, weather, results and the car's
 // tune-up on eight tabs. Opened by the main window for a new run (its stored tool "ID_New") or
-// on the list's selected run, whose grid it holds still until it closes.
+// on the list's selected run, whose grid it holds still until it closes. What it saves and
+// deletes it tells the change notifier, which the main window's list follows.
 class frmRun final : public RecordWindow {
     Q_OBJECT
 
 public:
-    // Without a clock the system's gives a new run its date and time.
-    frmRun(store::Database& db, Messages& messages, shell::MainContext& main,
-           std::unique_ptr<RunListGrid> grid, QWidget* parent = nullptr,
-           weather::NowClock now = {});
+    explicit frmRun(const shell::WindowContext& ctx, QWidget* parent = nullptr);
     ~frmRun() override;
 
-    // The main window's list at opening; the list is touched only while it still shows it.
-    const QString& ViewID() const { return viewId_; }
     bool WeatherFetched() const { return weatherFetched_; }
     bool MaintenanceAlertPending() const { return maintenanceAlertPending_; }
     // The run shown; 0 while it has no row.
@@ -72,16 +55,13 @@ public:
 
     // The timer that looks for the station's answer; the program's own by default.
     void SetWeatherTimer(std::unique_ptr<weather::PollTimer> timer);
-    // Opens the tune-up of a saved run; without it the button says the window is not there.
-    void SetTuneUpOpener(std::function<void(qint64 runId)> opener) {
-        tuneUpOpener_ = std::move(opener);
-    }
 
     // A control by its name ("txtTemp", "txtJet(3)", "CustomCaption2").
     QWidget* Control(const QString& name) const;
 
 protected:
     QString RecordsetSql() const override;
+    QString TableName() const override { return QStringLiteral("tblRuns"); }
     QString IdColumn() const override { return QStringLiteral("lRun_id"); }
     void FillLists() override;
     void RecordToFields(const store::Recordset& rs) override;
@@ -93,7 +73,7 @@ protected:
     bool Save(const QString& toolId) override;
     bool QueryUnload() override;
     void ListAfterDelete(qint64) override {}
-    void MainAfterDelete(qint64 id) override;
+    void AfterDelete(qint64 id) override;
 
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -127,7 +107,6 @@ private:
     bool RunNumbersValid(const RunValues& values);
     // Focuses a field, bringing its tab forward.
     void FocusField(const QString& control);
-    void GridAfterSave(const RunSaveOutcome& outcome);
     void AfterSaveReset();
     void ShowMaintenanceAlert(qint64 carId);
     void ReleaseGrid();
@@ -144,13 +123,11 @@ private:
     void BrokerTimer_Timer();
     void SetWeatherButtonRed(bool red);
 
-    std::unique_ptr<RunListGrid> grid_;
-    RunGridRowMaker rowMaker_{db_};  // the list's rows of saved runs
-    weather::NowClock now_;
+    shell::MainContext& main_;
+    shell::MainState& state_;
+    const WallClock& clock_;
     std::unique_ptr<weather::PollTimer> timer_;
-    std::function<void(qint64)> tuneUpOpener_;
 
-    QString viewId_;
     qint64 openRunId_ = 0;   // the list's run the window opened on; 0 for a new run
     qint64 savedRunId_ = 0;  // after a save the row set holds that run alone
     bool gridHeld_ = false;
@@ -188,9 +165,8 @@ private:
     std::array<QLineEdit*, 6> customNames_{};
 };
 
-// What the main window registers for its run list: the window on a new or the selected run,
-// and the delete of the selected run, which goes through the run window as the user's would.
-QWidget* OpenRunWindow(shell::frmMain& main);
-void DeleteRunFromList(shell::frmMain& main, const QString& keyText);
+// What the application registers for the run list's Delete: the selected run is deleted
+// through the run window, as the user's would be.
+void DeleteRunFromList(const shell::WindowContext& ctx, QWidget* owner, const QString& keyText);
 
 }  // namespace slipbook::run

@@ -107,18 +107,16 @@ int PixelsOf(int twips, const QFontMetrics& fm) {
     return std::max(24, static_cast<int>(twips / 15.0 * scale));
 }
 
-// The keys of the selectors are the rows' own keys: no 16-bit slot, so a large key is no error.
-qint64 ItemKey(const QComboBox* combo, int index) {
-    return index < 0 ? 0 : combo->itemData(index).toLongLong();
-}
-
 }  // namespace
 
-frmMain::frmMain(store::Database& db, Messages& messages, const QString& commandLine,
-                 const QString& appDir, QWidget* parent)
+frmMain::frmMain(store::Database& db, Messages& messages, store::LogbookEvents& events,
+                 const WallClock& clock, const QString& commandLine, const QString& appDir,
+                 QWidget* parent)
     : QMainWindow(parent),
       db_(db),
       messages_(messages),
+      clock_(clock),
+      context_{db, messages, events, clock, state_, *this},
       urlOpener_([](const QUrl& url) { return QDesktopServices::openUrl(url); }),
       programStarter_([](const QString& program, const QStringList& args) {
           return QProcess::startDetached(program, args);
@@ -133,7 +131,7 @@ frmMain::frmMain(store::Database& db, Messages& messages, const QString& command
 
     loading_ = true;
     lockCount_ = 0;
-    weatherDir_ = WeatherDirInit(commandLine);
+    state_.weatherDir = WeatherDirInit(commandLine);
     help_ = HelpInit(appDir);
     appTitle_ = store::AppTitle();
     setWindowTitle(store::MainCaption());
@@ -143,6 +141,10 @@ frmMain::frmMain(store::Database& db, Messages& messages, const QString& command
     BuildTools();
     BuildCentral();
     resize(1100, 720);
+
+    connect(&events, &store::LogbookEvents::runSaved, this, [this](qint64 id) { RunSaved(id); });
+    connect(&events, &store::LogbookEvents::runDeleted, this, &frmMain::RunDeleted);
+    connect(&events, &store::LogbookEvents::recordsChanged, this, &frmMain::RecordsChanged);
 }
 
 frmMain::~frmMain() = default;
@@ -426,194 +428,10 @@ void frmMain::RegisterWindow(const QString& key, WindowFactory factory) {
         }
     } else {
         Available(key);
-        if (key == u"ID_Filter" && filterActive_) {
-            SetTip(tool(key), filterString_);
+        if (key == u"ID_Filter" && state_.filter.active) {
+            SetTip(tool(key), state_.filter.text);
         }
     }
-}
-
-void frmMain::RegisterDelete(const QString& key, std::function<void(const QString&)> remove,
-                             std::function<bool(const QString&)> canDelete) {
-    lists_[key].remove = std::move(remove);
-    lists_[key].canDelete = std::move(canDelete);
-    DeleteToolRefresh();
-}
-
-void frmMain::RegisterPrediction(PredictionFactory factory) {
-    predictionFactory_ = std::move(factory);
-    Available(QStringLiteral("ID_ETTS"));
-}
-
-void frmMain::RegisterTuneUp(TuneUpFactory factory) {
-    tuneUpFactory_ = std::move(factory);
-    Available(QStringLiteral("ID_TuneUp"));
-}
-
-QWidget* frmMain::OpenWindow(const QString& key) const {
-    return open_.value(key).data();
-}
-
-// ---------------------------------------------------------------------------------------------
-// Selectors
-
-void frmMain::FillSelector(QComboBox* combo, const QString& sql, const QString& keyColumn,
-                           const QString& textColumn, const QString& firstRow) {
-    combo->clear();
-    if (!firstRow.isEmpty()) {
-        combo->addItem(firstRow, QVariant::fromValue<qint64>(0));
-    }
-    store::Query q = db_.OpenQuery(sql);
-    const int key = q.FieldIndex(keyColumn);
-    const int text = q.FieldIndex(textColumn);
-    while (q.Next()) {
-        combo->addItem(q.Text(text), QVariant::fromValue<qint64>(q.Value(key).toLongLong()));
-    }
-}
-
-void frmMain::CarsLoad() {
-    ReportStatus(QStringLiteral("Loading Cars..."));
-    const bool hasDefault =
-        db_.FieldExists(QStringLiteral("tblcars"), QStringLiteral("bDefault_fl"));
-    carList_->clear();
-    int chosen = 0;
-    store::Query q = db_.OpenQuery(QStringLiteral("SELECT * from tblCars ORDER BY sCar_nm"));
-    const int key = q.FieldIndex(QStringLiteral("lCar_id"));
-    const int name = q.FieldIndex(QStringLiteral("sCar_nm"));
-    const int flag = q.FieldIndex(QStringLiteral("bDefault_fl"));
-    while (q.Next()) {
-        carList_->addItem(q.Text(name), QVariant::fromValue<qint64>(q.Value(key).toLongLong()));
-        if (hasDefault && flag >= 0 && q.Value(flag).toLongLong() != 0) {
-            chosen = carList_->count() - 1;
-        }
-    }
-    if (carList_->count() > 0) {
-        carList_->setCurrentIndex(chosen);
-        carId_ = ItemKey(carList_, chosen);
-        carDesc_ = carList_->itemText(chosen);
-    } else {
-        carId_ = 0;
-        carDesc_.clear();
-    }
-}
-
-void frmMain::EventsLoad() {
-    ReportStatus(QStringLiteral("Loading Events..."));
-    FillSelector(eventList_, QStringLiteral("SELECT * from tblEvents ORDER BY sEvent_nm"),
-                 QStringLiteral("lEvent_id"), QStringLiteral("sEvent_nm"),
-                 QStringLiteral("<All Events>"));
-    eventList_->setCurrentIndex(0);
-}
-
-void frmMain::TrackLoad() {
-    ReportStatus(QStringLiteral("Loading Tracks..."));
-    FillSelector(trackList_, QStringLiteral("SELECT * from tblTracks ORDER BY sTrack_nm"),
-                 QStringLiteral("lTrack_id"), QStringLiteral("sTrack_nm"),
-                 QStringLiteral("<All Tracks>"));
-    trackList_->setCurrentIndex(0);
-}
-
-void frmMain::ViewsLoad() {
-    ReportStatus(QStringLiteral("Loading Views..."));
-    views_->clear();
-    int chosen = -1;
-    // A logbook whose view list is gone still opens, with the runs under their key.
-    if (db_.TableExists(QStringLiteral("tblViews"))) {
-        store::Query q = db_.OpenQuery(
-            QStringLiteral("SELECT * from tblViews ORDER BY bReadOnlyView_fl, sView_desc"));
-        const int key = q.FieldIndex(QStringLiteral("lView_id"));
-        const int name = q.FieldIndex(QStringLiteral("sView_desc"));
-        const int readOnly = q.FieldIndex(QStringLiteral("bReadOnlyView_fl"));
-        const int flag = q.FieldIndex(QStringLiteral("bDefault_fl"));
-        while (q.Next()) {
-            const QString text = q.Text(name);
-            views_->addItem(q.Value(readOnly).toLongLong() != 0 ? text.toUpper() : text,
-                            QVariant::fromValue<qint64>(q.Value(key).toLongLong()));
-            if (q.Value(flag).toLongLong() != 0) {
-                chosen = views_->count() - 1;
-            }
-        }
-    }
-    if (chosen >= 0) {
-        views_->setCurrentIndex(chosen);
-    }
-}
-
-void frmMain::SelectorPicked(const QString& id) {
-    if (id == u"ID_CarList") {
-        carDesc_ = carList_->currentText();
-        carId_ = ItemKey(carList_, carList_->currentIndex());
-        // The car picked is the car of the next start.
-        if (db_.FieldExists(QStringLiteral("tblcars"), QStringLiteral("bDefault_fl"))) {
-            store::Database::Transaction tx(db_);
-            db_.Execute(QStringLiteral("UPDATE tblCars SET bDefault_fl = False"));
-            db_.Execute(QStringLiteral("UPDATE tblCars SET bDefault_fl = True WHERE lCar_id = ") +
-                        QString::number(carId_));
-            tx.Commit();
-        }
-        if (!loading_) {
-            ToolClick(QStringLiteral("ID_Runs"));
-        }
-    } else if (id == u"ID_EventList") {
-        eventDesc_ = eventList_->currentText();
-        eventId_ = ItemKey(eventList_, eventList_->currentIndex());
-        if (!loading_) {
-            ToolClick(QStringLiteral("ID_Runs"));
-        }
-    } else if (id == u"ID_TrackList") {
-        trackDesc_ = trackList_->currentText();
-        trackId_ = ItemKey(trackList_, trackList_->currentIndex());
-        if (!loading_) {
-            ToolClick(QStringLiteral("ID_Runs"));
-        }
-    } else if (id == u"ID_Views") {
-        ListLoad(currentView_);
-        const qint64 view = ItemKey(views_, views_->currentIndex());
-        // The view picked is the view of the next start.
-        if (view != 0 && db_.TableExists(QStringLiteral("tblViews"))) {
-            store::Database::Transaction tx(db_);
-            db_.Execute(QStringLiteral("UPDATE tblViews SET bDefault_fl = False"));
-            db_.Execute(QStringLiteral("UPDATE tblViews SET bDefault_fl = True WHERE lView_id = ") +
-                        QString::number(view));
-            tx.Commit();
-        }
-    }
-}
-
-void frmMain::SelectCar(qint64 id) {
-    const int i = carList_->findData(QVariant::fromValue<qint64>(id));
-    if (i >= 0) {
-        carList_->setCurrentIndex(i);
-        SelectorPicked(QStringLiteral("ID_CarList"));
-    }
-}
-
-void frmMain::SelectEvent(qint64 id) {
-    const int i = eventList_->findData(QVariant::fromValue<qint64>(id));
-    eventList_->setCurrentIndex(i < 0 ? 0 : i);
-    SelectorPicked(QStringLiteral("ID_EventList"));
-}
-
-void frmMain::SelectTrack(qint64 id) {
-    const int i = trackList_->findData(QVariant::fromValue<qint64>(id));
-    trackList_->setCurrentIndex(i < 0 ? 0 : i);
-    SelectorPicked(QStringLiteral("ID_TrackList"));
-}
-
-void frmMain::FormLoadStuff() {
-    ViewsLoad();
-    EventsLoad();
-    TrackLoad();
-    CarsLoad();
-    eventDesc_ = eventList_->currentText();
-    eventId_ = ItemKey(eventList_, eventList_->currentIndex());
-    trackDesc_ = trackList_->currentText();
-    trackId_ = ItemKey(trackList_, trackList_->currentIndex());
-    loading_ = false;
-    ReportStatus(QStringLiteral("Loading Runs..."));
-    ToolClick(QStringLiteral("ID_Runs"));
-    ReportStatus(QStringLiteral("Updating Notes..."));
-    GridClick();
-    ReportStatus(QStringLiteral("Please wait..."));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -626,14 +444,14 @@ void frmMain::ListLoad(const QString& mode) {
     // A load comes in the statement's order.
     grid_->setSortColumn(-1);
     model_->Clear();
-    currentView_ = mode;
+    state_.view = mode;
     ListContext ctx;
-    ctx.carId = carId_;
-    ctx.eventId = eventId_;
-    ctx.trackId = trackId_;
+    ctx.carId = state_.car.id;
+    ctx.eventId = state_.event.id;
+    ctx.trackId = state_.track.id;
     ctx.viewId = ItemKey(views_, views_->currentIndex());
-    ctx.filterActive = filterActive_;
-    ctx.filterSql = filterSql_;
+    ctx.filterActive = state_.filter.active;
+    ctx.filterSql = state_.filter.sql;
     layout_ = BuildListLayout(db_, mode, ctx, messages_);
     model_->SetColumns(layout_.GridColumns());
     for (int c = 0; c < model_->ColumnCount(); ++c) {
@@ -699,7 +517,7 @@ void frmMain::NotesLoad() {
         return;
     }
     // Setting the same text anew rebuilds the pane's whole document.
-    const QString notes = LoadNotes(db_, currentView_, model_->Cell(SelectedRow(), 0));
+    const QString notes = LoadNotes(db_, state_.view, model_->Cell(SelectedRow(), 0));
     if (notes != notes_->toPlainText()) {
         notes_->setPlainText(notes);
     }
@@ -709,11 +527,11 @@ void frmMain::GridClick() {
     // The title holds the car's name, so these two tests hold only with no car selected.
     const QString title = title_->text().trimmed();
     if (title == u"Events") {
-        eventId_ = static_cast<qint64>(LeadingNumber(SelectedCellText(0)).value_or(0));
-        eventDesc_ = SelectedCellText(1);
+        state_.event.id = static_cast<qint64>(LeadingNumber(SelectedCellText(0)).value_or(0));
+        state_.event.desc = SelectedCellText(1);
     } else if (title == u"Tracks") {
-        trackId_ = static_cast<qint64>(LeadingNumber(SelectedCellText(0)).value_or(0));
-        trackDesc_ = SelectedCellText(1);
+        state_.track.id = static_cast<qint64>(LeadingNumber(SelectedCellText(0)).value_or(0));
+        state_.track.desc = SelectedCellText(1);
     }
     NotesLoad();
     if (grid_->isVisible()) {
@@ -764,11 +582,32 @@ void frmMain::GridRowRemove(const QString& keyText) {
     DeleteToolRefresh();
 }
 
+void frmMain::RunSaved(qint64 runId) {
+    // A run window opens on the run list alone; another list shown since has no run rows.
+    if (state_.view != u"ID_Runs") {
+        return;
+    }
+    QStringList names;
+    for (int i = 0; i < model_->ColumnCount(); ++i) {
+        names << model_->Column(i).name;
+    }
+    const QString row = rowMaker_.Row(names, runId);
+    if (!row.isEmpty()) {
+        GridRowPut(QString::number(runId), row);
+    }
+}
+
+void frmMain::RunDeleted(qint64 runId) {
+    if (state_.view == u"ID_Runs") {
+        GridRowRemove(QString::number(runId));
+    }
+}
+
 // ---------------------------------------------------------------------------------------------
 // Commands
 
 void frmMain::ToolClick(const QString& id) {
-    storedTool_ = id;
+    state_.storedTool = id;
     if (id == u"ID_Contents") {
         HelpContents();
     } else if (id == u"ID_Quadrumex") {
@@ -808,14 +647,14 @@ void frmMain::ToolClick(const QString& id) {
 }
 
 void frmMain::RunsTool() {
-    QString title = u' ' + carDesc_ + u' ' + QStringLiteral("Runs");
+    QString title = u' ' + state_.car.desc + u' ' + QStringLiteral("Runs");
     QAction* filter = tool(QStringLiteral("ID_Filter"));
-    if (filterActive_) {
+    if (state_.filter.active) {
         title += QStringLiteral(" (Filter Active)");
-        SetTip(filter, filterString_);
+        SetTip(filter, state_.filter.text);
     } else {
-        title += QStringLiteral(" for ") + eventDesc_.trimmed() + QStringLiteral(" at ") +
-                 trackDesc_.trimmed();
+        title += QStringLiteral(" for ") + state_.event.desc.trimmed() + QStringLiteral(" at ") +
+                 state_.track.desc.trimmed();
         SetTip(filter,
                lists_.value(QStringLiteral("ID_Filter")).open ? tr("Filter Run Data") : kNotYet);
     }
@@ -825,13 +664,13 @@ void frmMain::RunsTool() {
 }
 
 void frmMain::DblClick() {
-    const ListHandlers handlers = lists_.value(currentView_);
+    const ListHandlers handlers = lists_.value(state_.view);
     if (!handlers.open) {
         return;
     }
     QString caption;
-    if (storedTool_ == u"ID_NewRun" || storedTool_ == u"ID_New" || model_->RowCount() == 0) {
-        storedTool_ = QStringLiteral("ID_New");
+    if (state_.storedTool == u"ID_NewRun" || state_.storedTool == u"ID_New" || model_->RowCount() == 0) {
+        state_.storedTool = QStringLiteral("ID_New");
         caption = QStringLiteral("New");
     } else {
         caption = SelectedCellText(1).trimmed();
@@ -843,63 +682,35 @@ void frmMain::DblClick() {
         {QStringLiteral("ID_Tracks"), QStringLiteral(" - Track ")},
         {QStringLiteral("ID_Expenses"), QStringLiteral(" - Expense ")},
         {QStringLiteral("ID_Maintenance"), QStringLiteral(" - Maintenance ")}};
-    caption += kNouns.value(currentView_);
-    if (filterActive_) {
+    caption += kNouns.value(state_.view);
+    if (state_.filter.active) {
         caption += QStringLiteral(" (Filter Active)");
     }
     // One record window of a kind: the open one is closed first, with its save question.
-    if (QWidget* old = open_.value(currentView_).data()) {
+    if (QWidget* old = open_.value(state_.view).data()) {
         if (!old->close()) {
             return;
         }
     }
-    QWidget* w = handlers.open(*this);
+    QWidget* w = handlers.open(context_, this);
     if (w == nullptr) {
         return;
     }
     w->setWindowTitle(caption);
-    open_[currentView_] = w;
+    open_[state_.view] = w;
     w->show();
 }
 
-void frmMain::ShowToolWindow(const QString& key) {
-    QWidget* w = nullptr;
-    {
-        const BusyCursor busy;
-        w = ToolWindow(key);
-    }
-    if (w != nullptr) {
-        w->show();
-        w->raise();
-        w->activateWindow();
-    }
-}
-
-QWidget* frmMain::ToolWindow(const QString& toolId) {
-    if (QWidget* w = open_.value(toolId).data()) {
-        return w;
-    }
-    const ListHandlers handlers = lists_.value(toolId);
-    if (!handlers.open) {
-        return nullptr;
-    }
-    QWidget* w = handlers.open(*this);
-    if (w != nullptr) {
-        open_[toolId] = w;
-    }
-    return w;
-}
-
 void frmMain::RecordDelete() {
-    const ListHandlers handlers = lists_.value(currentView_);
+    const ListHandlers handlers = lists_.value(state_.view);
     if (handlers.remove && model_->RowCount() > 0) {
-        handlers.remove(SelectedKeyText());
+        handlers.remove(context_, this, SelectedKeyText());
     }
 }
 
 void frmMain::DeleteToolRefresh() {
     QAction* del = tool(QStringLiteral("ID_Delete"));
-    const ListHandlers handlers = lists_.value(currentView_);
+    const ListHandlers handlers = lists_.value(state_.view);
     if (!handlers.remove) {
         NotYet(del->objectName());
         return;
@@ -919,72 +730,17 @@ void frmMain::FilterToggled(bool down) {
         ShowToolWindow(QStringLiteral("ID_Filter"));
         return;
     }
-    filterActive_ = false;
-    filterString_.clear();
-    filterSql_.clear();
+    state_.filter.active = false;
+    state_.filter.text.clear();
+    state_.filter.sql.clear();
     ToolClick(QStringLiteral("ID_Runs"));
 }
 
 void frmMain::FilterApply() {
-    tool(QStringLiteral("ID_Filter"))->setChecked(filterActive_);
-    if (currentView_ == u"ID_Runs") {
+    tool(QStringLiteral("ID_Filter"))->setChecked(state_.filter.active);
+    if (state_.view == u"ID_Runs") {
         ToolClick(QStringLiteral("ID_Runs"));
     }
-}
-
-void frmMain::ProgramWindowTool(bool prediction) {
-    const QString car = GetCar_num();
-    BusyCursor busy;
-    if (prediction) {
-        if (PredictionWindow* w = predictions_.Find(car)) {
-            w->Widget()->show();
-            w->Widget()->raise();
-            w->FormReLoad();
-            return;
-        }
-        const int slot = predictions_.Valid();
-        if (slot == 0 || !predictionFactory_) {
-            if (slot == 0) {
-                messages_.inform(QStringLiteral("Can't load another ET Prediction window!"));
-            }
-            return;
-        }
-        PredictionWindow* w = predictionFactory_(*this);
-        predictions_.Put(slot, w);
-        w->Widget()->show();
-    } else {
-        if (TuneUpWindow* w = tuneUps_.Find(car)) {
-            w->Widget()->show();
-            w->Widget()->raise();
-            w->FormReLoad();
-            return;
-        }
-        const int slot = tuneUps_.Valid();
-        if (slot == 0 || !tuneUpFactory_) {
-            if (slot == 0) {
-                messages_.inform(QStringLiteral("Can't load another Tune Up window!"));
-            }
-            return;
-        }
-        TuneUpWindow* w = tuneUpFactory_(*this);
-        tuneUps_.Put(slot, w);
-        w->Widget()->show();
-    }
-}
-
-void frmMain::CalcAllETPrediction(const QString& corrFactorText, const QString& densityAltText) {
-    predictions_.ForEachLive(
-        [&](PredictionWindow& w) { w.ApplyWeather(corrFactorText, densityAltText); });
-}
-
-void frmMain::CalcAllTuneUp(const QString& airDensityText) {
-    tuneUps_.ForEachLive([&](TuneUpWindow& w) { w.ApplyAirDensity(airDensityText); });
-}
-
-QString frmMain::GetCar_num() {
-    store::Query q = db_.OpenQuery(QStringLiteral("SELECT * FROM tblCars WHERE lCar_id = ") +
-                                   QString::number(carId_));
-    return q.Next() ? q.Text(q.FieldIndex(QStringLiteral("sCar_num"))) : QString();
 }
 
 void frmMain::ForbidSelectDifferentRun() {
@@ -1004,150 +760,14 @@ void frmMain::AllowSelectDifferentRun() {
 // Printing
 
 bool frmMain::PrintToPdf(const QString& path) {
-    return PrintGridToPdf({model_, title_->text(), now_}, path);
+    return PrintGridToPdf({model_, title_->text(), [this] { return clock_.Now(); }}, path);
 }
 
 void frmMain::PrintGrid() {
     if (model_->RowCount() < 1) {
         return;
     }
-    PreviewGrid({model_, title_->text(), now_}, this);
-}
-
-// ---------------------------------------------------------------------------------------------
-// Logbook copies, calculator, about
-
-void frmMain::CopyToFolder() {
-    const QString folder =
-        pathChooser_(tr("Copy the logbook to a folder (a removable drive or any folder)"), true);
-    if (folder.isEmpty()) {
-        return;
-    }
-    const QString target = QDir(folder).filePath(store::LogbookFileName());
-    // Through a link or a second name, the folder may still be the logbook's own.
-    if (store::SameFile(target, db_.Name())) {
-        messages_.inform(tr("That folder holds the logbook in use; choose another folder."),
-                         tr("File Copy"), MsgIcon::Exclamation);
-        return;
-    }
-    if (QFileInfo::exists(target) &&
-        messages_.ask(tr("%1 already holds a logbook.\nReplace it with this one?")
-                          .arg(QDir::toNativeSeparators(folder)),
-                      tr("File Copy"), MsgButtons::YesNo, MsgAnswer::No) != MsgAnswer::Yes) {
-        return;
-    }
-    try {
-        BusyCursor busy;
-        store::CopyLogbookTo(db_, target);
-    } catch (const store::DbError& e) {
-        store::ErrorReport(e, tr("File Copy"), messages_);
-        return;
-    }
-    messages_.inform(tr("The logbook was copied to:\n    %1").arg(QDir::toNativeSeparators(target)),
-                     tr("File Copy"), MsgIcon::Information);
-}
-
-void frmMain::CopyFromFolder() {
-    const QString source =
-        pathChooser_(tr("Copy a logbook from a file (a removable drive or any folder)"), false);
-    if (source.isEmpty()) {
-        return;
-    }
-    const QString problem = store::FileProblem(source);
-    if (!problem.isEmpty()) {
-        messages_.inform(problem + tr("\nThe logbook in use was not changed."), tr("File Copy"),
-                         MsgIcon::Exclamation);
-        return;
-    }
-    if (messages_.ask(tr("Replace the logbook in use with the copy in\n    %1?\nThe logbook in use "
-                         "is kept as a dated "
-                         "backup beside it.")
-                          .arg(QDir::toNativeSeparators(source)),
-                      tr("File Copy"), MsgButtons::YesNo, MsgAnswer::No) != MsgAnswer::Yes) {
-        return;
-    }
-    QString backup;
-    try {
-        BusyCursor busy;
-        backup = store::ReplaceLogbook(db_, source, QDateTime::currentDateTime());
-    } catch (const store::DbError& e) {
-        store::ErrorReport(e, tr("File Copy"), messages_);
-        return;
-    }
-    // The selectors and the list follow the new logbook at once.
-    loading_ = true;
-    ViewsLoad();
-    EventsLoad();
-    TrackLoad();
-    CarsLoad();
-    eventDesc_ = eventList_->currentText();
-    eventId_ = 0;
-    trackDesc_ = trackList_->currentText();
-    trackId_ = 0;
-    loading_ = false;
-    ToolClick(QStringLiteral("ID_Runs"));
-    messages_.inform(tr("The logbook was replaced. The one it replaced is kept as:\n    %1")
-                         .arg(QDir::toNativeSeparators(backup)),
-                     tr("File Copy"), MsgIcon::Information);
-}
-
-void frmMain::StartCalculator() {
-#if defined(Q_OS_WIN)
-    const QStringList candidates = {QStringLiteral("calc.exe")};
-#elif defined(Q_OS_MACOS)
-    const QStringList candidates = {
-        QStringLiteral("/System/Applications/Calculator.app/Contents/MacOS/Calculator")};
-#else
-    const QStringList candidates = {QStringLiteral("gnome-calculator"), QStringLiteral("kcalc"),
-                                    QStringLiteral("galculator"),       QStringLiteral("mate-calc"),
-                                    QStringLiteral("qalculate-gtk"),    QStringLiteral("xcalc")};
-#endif
-    for (const QString& program : candidates) {
-        const QString found = QStandardPaths::findExecutable(program);
-        if (!found.isEmpty() || QFileInfo(program).isAbsolute()) {
-            if (programStarter_(found.isEmpty() ? program : found, {})) {
-                return;
-            }
-        }
-    }
-    messages_.inform(QStringLiteral("Can't locate calc.exe on your computer!"));
-}
-
-void frmMain::ShowAbout() {
-    QDialog about(this);
-    about.setObjectName(QStringLiteral("frmAbout"));
-    about.setWindowTitle(tr("About Slipbook"));
-    auto* layout = new QVBoxLayout(&about);
-    auto* name = new QLabel(appTitle_, &about);
-    name->setObjectName(QStringLiteral("lblTitle"));
-    name->setStyleSheet(QStringLiteral("font-size: 16pt; font-weight: bold;"));
-    auto* version = new QLabel(store::VersionText(), &about);
-    version->setObjectName(QStringLiteral("lblVersion"));
-    auto* text = new QLabel(tr("An electronic logbook for drag racers.\nLogbook: %1")
-                                .arg(QDir::toNativeSeparators(db_.Name())),
-                            &about);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, &about);
-    connect(buttons, &QDialogButtonBox::accepted, &about, &QDialog::accept);
-    layout->addWidget(name);
-    layout->addWidget(version);
-    layout->addWidget(text);
-    layout->addWidget(buttons);
-    about.exec();
-}
-
-void frmMain::HelpContents() {
-    if (!help_.available()) {
-        messages_.inform(tr("The help pages were not found. They belong in:") +
-                             QStringLiteral("\n    ") + QDir::toNativeSeparators(help_.path),
-                         appTitle_, MsgIcon::Information);
-        return;
-    }
-    if (!urlOpener_(QUrl::fromLocalFile(help_.path))) {
-        messages_.inform(
-            tr("The help pages could not be opened. Open this file in a web browser:") +
-                QStringLiteral("\n    ") + QDir::toNativeSeparators(help_.path),
-            appTitle_, MsgIcon::Information);
-    }
+    PreviewGrid({model_, title_->text(), [this] { return clock_.Now(); }}, this);
 }
 
 // ---------------------------------------------------------------------------------------------

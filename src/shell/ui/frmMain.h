@@ -4,10 +4,13 @@
 #include "common/textgrid.h"
 #include "shell/help.h"
 #include "shell/maincontext.h"
+#include "shell/mainstate.h"
 #include "shell/pageleadin.h"
 #include "shell/runlist.h"
 #include "shell/ui/windowtable.h"
+#include "shell/windowcontext.h"
 #include "store/database.h"
+#include "store/logbookevents.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -32,6 +35,8 @@ class FrozenTableView;
 // The program's hub: the run list of the current car, event and track in the chosen view, the
 // notes pane, the selectors, and the one tool dispatcher. Constructing it is its load event;
 // FormLoadStuff is the first fill, which the start-up calls once the splash has had its time.
+// It shows the MainState it holds, and follows the change notifier: a saved run's row is put in
+// the list, a renamed event or track refills its selector.
 class frmMain : public QMainWindow, public MainContext {
     Q_OBJECT
 
@@ -39,30 +44,35 @@ public:
     using StatusReporter = std::function<void(const QString&)>;
     using UrlOpener = std::function<bool(const QUrl&)>;
     using ProgramStarter = std::function<bool(const QString& program, const QStringList& args)>;
-    // Makes the window of a list or tool; the window reads what it needs from this main window.
-    using WindowFactory = std::function<QWidget*(frmMain& main)>;
-    using PredictionFactory = std::function<PredictionWindow*(frmMain& main)>;
-    using TuneUpFactory = std::function<TuneUpWindow*(frmMain& main)>;
+    // Makes the window of a list or tool, owned by `owner` (this window), unseen.
+    using WindowFactory = std::function<QWidget*(const WindowContext& ctx, QWidget* owner)>;
+    // Deletes the list's row of this key, asking as the record's window would.
+    using DeleteHandler =
+        std::function<void(const WindowContext& ctx, QWidget* owner, const QString& keyText)>;
+    // Shows a window of a subsystem on the record `id` (MainContext::ShowWindow).
+    using ShowHandler =
+        std::function<QWidget*(const WindowContext& ctx, QWidget* owner, qint64 id)>;
+    using PredictionFactory =
+        std::function<PredictionWindow*(const WindowContext& ctx, QWidget* owner)>;
+    using TuneUpFactory = std::function<TuneUpWindow*(const WindowContext& ctx, QWidget* owner)>;
     // Asks a folder or file of the user, for the logbook copies; empty when cancelled.
     using PathChooser = std::function<QString(const QString& caption, bool folder)>;
-    using Clock = std::function<QDateTime()>;
 
-    frmMain(store::Database& db, Messages& messages, const QString& commandLine,
-            const QString& appDir, QWidget* parent = nullptr);
+    frmMain(store::Database& db, Messages& messages, store::LogbookEvents& events,
+            const WallClock& clock, const QString& commandLine, const QString& appDir,
+            QWidget* parent = nullptr);
     ~frmMain() override;
 
     void FormLoadStuff();
-    void HelpContents();
 
     // Windows of later subsystems come in here; their tools are enabled as they arrive.
     void RegisterWindow(const QString& key, WindowFactory factory);
     // What deleting a row of a list does, and whether a row may be deleted.
-    void RegisterDelete(const QString& key, std::function<void(const QString& keyText)> remove,
+    void RegisterDelete(const QString& key, DeleteHandler remove,
                         std::function<bool(const QString& keyText)> canDelete = {});
+    void RegisterShow(QStringView name, ShowHandler show);
     void RegisterPrediction(PredictionFactory factory);
     void RegisterTuneUp(TuneUpFactory factory);
-    QWidget* OpenWindow(const QString& key) const;
-    QWidget* ToolWindow(const QString& toolId) override;
 
     // Progress of the loaders goes to the splash's status line.
     void setStatusReporter(StatusReporter reporter) { statusReporter_ = std::move(reporter); }
@@ -70,12 +80,13 @@ public:
     void setUrlOpener(UrlOpener opener) { urlOpener_ = std::move(opener); }
     void setProgramStarter(ProgramStarter starter) { programStarter_ = std::move(starter); }
     void setPathChooser(PathChooser chooser) { pathChooser_ = std::move(chooser); }
-    // The time printed lists are stamped with; the system's unless a test sets one.
-    void setClock(Clock clock) { now_ = std::move(clock); }
 
+    // What every window is made from: this window's state and behaviours among them.
+    const WindowContext& context() const { return context_; }
+    MainState& state() { return state_; }
+    const MainState& state() const { return state_; }
     store::Database& database() const { return db_; }
     Messages& messages() const { return messages_; }
-    const QString& weatherDirectory() const { return weatherDir_; }
     const QString& helpPath() const { return help_.path; }
     const QString& applicationTitle() const { return appTitle_; }
     bool isLoading() const { return loading_; }
@@ -103,52 +114,33 @@ public:
     void GridRowRemove(const QString& keyText);
     int SelectedRow() const;
 
+    // Refill the selectors from the logbook.
+    void CarsLoad();
+    void EventsLoad();
+    void TrackLoad();
+    void ViewsLoad();
+    // Bring a selector to the entry whose key is `id` and act on the change as a pick would.
+    void SelectCar(qint64 id);
+    void SelectEvent(qint64 id);
+    void SelectTrack(qint64 id);
+
     // Print preview of the list; PrintToPdf writes the same pages to a file.
     void PrintGrid();
     bool PrintToPdf(const QString& path);
 
     // MainContext
-    qint64 CurrentCarId() const override { return carId_; }
-    void SetCurrentCarId(qint64 id) override { carId_ = id; }
-    QString CurrentCarDesc() const override { return carDesc_; }
-    void SetCurrentCarDesc(const QString& desc) override { carDesc_ = desc; }
-    qint64 CurrentEventId() const override { return eventId_; }
-    void SetCurrentEventId(qint64 id) override { eventId_ = id; }
-    QString CurrentEventDesc() const override { return eventDesc_; }
-    void SetCurrentEventDesc(const QString& desc) override { eventDesc_ = desc; }
-    qint64 CurrentTrackId() const override { return trackId_; }
-    void SetCurrentTrackId(qint64 id) override { trackId_ = id; }
-    QString CurrentTrackDesc() const override { return trackDesc_; }
-    void SetCurrentTrackDesc(const QString& desc) override { trackDesc_ = desc; }
-    QString CurrentView() const override { return currentView_; }
-    bool RunFilterActive() const override { return filterActive_; }
-    void SetRunFilterActive(bool active) override { filterActive_ = active; }
-    QString RunFilterString() const override { return filterString_; }
-    void SetRunFilterString(const QString& text) override { filterString_ = text; }
-    QString RunFilterSQL() const override { return filterSql_; }
-    void SetRunFilterSQL(const QString& sql) override { filterSql_ = sql; }
-    void CarsLoad() override;
-    void EventsLoad() override;
-    void TrackLoad() override;
-    void ViewsLoad() override;
-    void SelectCar(qint64 id) override;
-    void SelectEvent(qint64 id) override;
-    void SelectTrack(qint64 id) override;
-    void FilterApply() override;
     void ClickTool(const QString& toolId) override { ToolClick(toolId); }
-    QString StoredToolId() const override { return storedTool_; }
-    void SetStoredToolId(const QString& toolId) override { storedTool_ = toolId; }
-    QString SelectedKeyText() const override { return SelectedCellText(0); }
+    void FilterApply() override;
     QString SelectedCellText(int column) const override;
     void ForbidSelectDifferentRun() override;
     void AllowSelectDifferentRun() override;
     QString GetCar_num() override;
     void CalcAllETPrediction(const QString& corrFactorText, const QString& densityAltText) override;
     void CalcAllTuneUp(const QString& airDensityText) override;
-    void AddPageLeadin(const QString& line) override { leadin_.Add(line); }
-    void ClearPageLeadin() override { leadin_.Clear(); }
-    QString GetPageLeadin() const override { return leadin_.Get(); }
-    QString WeatherDirectory() const override { return weatherDir_; }
+    QWidget* ToolWindow(const QString& toolId) override;
+    QWidget* OpenWindow(const QString& toolId) const override;
+    QWidget* ShowWindow(QStringView name, qint64 id) override;
+    void HelpContents() override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -157,7 +149,7 @@ protected:
 private:
     struct ListHandlers {
         WindowFactory open;
-        std::function<void(const QString&)> remove;
+        DeleteHandler remove;
         std::function<bool(const QString&)> canDelete;
     };
 
@@ -169,6 +161,9 @@ private:
     void Available(const QString& id);
     void ReportStatus(const QString& text);
     void ShowAbout();
+    // The keys of the selectors are the rows' own keys: no 16-bit slot, so a large key is no
+    // error.
+    static qint64 ItemKey(const QComboBox* combo, int index);
     void SelectorPicked(const QString& id);
     void FillSelector(QComboBox* combo, const QString& sql, const QString& keyColumn,
                       const QString& textColumn, const QString& firstRow);
@@ -179,6 +174,12 @@ private:
     void FilterToggled(bool down);
     void ShowToolWindow(const QString& key);
     void ProgramWindowTool(bool prediction);
+    // The change notifier's news.
+    void RunSaved(qint64 runId);
+    void RunDeleted(qint64 runId);
+    void RecordsChanged(const QString& table);
+    // After the logbook was replaced: every selector and the list from the new one.
+    void ReloadAll();
     void CopyToFolder();
     void CopyFromFolder();
     void StartCalculator();
@@ -188,30 +189,18 @@ private:
 
     store::Database& db_;
     Messages& messages_;
+    const WallClock& clock_;
+    MainState state_;
+    WindowContext context_;
     StatusReporter statusReporter_;
     UrlOpener urlOpener_;
     ProgramStarter programStarter_;
     PathChooser pathChooser_;
-    Clock now_ = [] { return QDateTime::currentDateTime(); };
 
     bool loading_ = false;
     int lockCount_ = 0;
-    QString weatherDir_;
     HelpState help_;
     QString appTitle_;
-    QString storedTool_;
-    PageLeadin leadin_;
-
-    qint64 carId_ = 0;
-    QString carDesc_;
-    qint64 eventId_ = 0;
-    QString eventDesc_;
-    qint64 trackId_ = 0;
-    QString trackDesc_;
-    QString currentView_ = QStringLiteral("ID_Runs");
-    bool filterActive_ = false;
-    QString filterString_;
-    QString filterSql_;
 
     QHash<QString, QAction*> tools_;
     QToolBar* toolBar_ = nullptr;
@@ -228,8 +217,10 @@ private:
     QLabel* statusHelp_ = nullptr;
     QLabel* statusMsg_ = nullptr;
     ListLayout layout_;
+    RunGridRowMaker rowMaker_{db_};  // the rows of saved runs
 
     QHash<QString, ListHandlers> lists_;
+    QHash<QString, ShowHandler> shows_;
     QHash<QString, QPointer<QWidget>> open_;
     PredictionFactory predictionFactory_;
     TuneUpFactory tuneUpFactory_;

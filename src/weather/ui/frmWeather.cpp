@@ -2,7 +2,7 @@
 
 #include "common/numbers.h"
 #include "common/ui/formhelpers.h"
-#include "shell/maincontext.h"
+#include "shell/windowcontext.h"
 #include "weather/station.h"
 
 #include <QCloseEvent>
@@ -56,13 +56,14 @@ QString Sentence(const QString& prefix, const QString& reason) {
 
 }  // namespace
 
-frmWeather::frmWeather(shell::MainContext& main, Messages& messages,
-                       std::unique_ptr<PollTimer> timer, NowClock now, QWidget* parent)
+frmWeather::frmWeather(const shell::WindowContext& ctx, std::unique_ptr<PollTimer> timer,
+                       QWidget* parent)
     : QWidget(parent),
-      main_(main),
-      messages_(messages),
-      timer_(timer ? std::move(timer) : std::make_unique<QtPollTimer>()),
-      now_(now ? std::move(now) : NowClock([] { return QDateTime::currentDateTime(); })) {
+      main_(ctx.main),
+      state_(ctx.state),
+      messages_(ctx.messages),
+      clock_(ctx.clock),
+      timer_(timer ? std::move(timer) : std::make_unique<QtPollTimer>()) {
     setObjectName(QStringLiteral("frmWeather"));
     setProperty("helpContext", 310);
     BuildLayout();
@@ -308,7 +309,7 @@ void frmWeather::Recalculate() {
 }
 
 void frmWeather::ShowRecalculation(const Recalculation& r) {
-    WeatherTime_->setText(WeatherTimeText(now_()));
+    WeatherTime_->setText(WeatherTimeText(clock_.Now()));
     if (r.failed()) {
         ShowStatus(Sentence(QStringLiteral("Not calculated: "), r.reason));
         return;
@@ -319,13 +320,13 @@ void frmWeather::ShowRecalculation(const Recalculation& r) {
         return;
     }
     if (liveWeather_) {
-        main_.ClearPageLeadin();
+        state_.leadin.Clear();
     }
     // Each open prediction and tune-up window adds its line to the lead-in as it calculates.
     main_.CalcAllETPrediction(figures_[0]->text(), figures_[1]->text());
     main_.CalcAllTuneUp(figures_[2]->text());
     if (liveWeather_) {
-        WritePageFile(main_.WeatherDirectory(), main_.GetPageLeadin());
+        WritePageFile(state_.weatherDir, state_.leadin.Get());
     }
 }
 
@@ -343,7 +344,7 @@ QString frmWeather::WeatherRecord() const {
         figures_[5]->text(),  // dew point
         figures_[6]->text(),  // wet bulb
     };
-    return WeatherRecordText(now_(), texts);
+    return WeatherRecordText(clock_.Now(), texts);
 }
 
 void frmWeather::ClearWeather() {
@@ -400,7 +401,7 @@ void frmWeather::BrokerTimer_Timer() {
         timer_->start(NextPollInterval(previous, false, false));
         return;
     }
-    const StationRead read = ReadLatestReading(main_.WeatherDirectory());
+    const StationRead read = ReadLatestReading(state_.weatherDir);
     timer_->start(NextPollInterval(previous, true, read.opened));
     weatherBuffer_ = read.record;
     if (weatherBuffer_.isEmpty()) {

@@ -19,7 +19,12 @@ class QLineEdit;
 class QPushButton;
 
 namespace slipbook::shell {
+struct WindowContext;
 class MainContext;
+class MainState;
+}
+namespace slipbook {
+class WallClock;
 }
 
 namespace slipbook::weather {
@@ -30,9 +35,9 @@ class frmWeather : public QWidget {
     Q_OBJECT
 
 public:
-    // Without a timer the program's own runs the polling; without a clock, the system's.
-    frmWeather(shell::MainContext& main, Messages& messages, std::unique_ptr<PollTimer> timer = {},
-               NowClock now = {}, QWidget* parent = nullptr);
+    // Without a timer the program's own runs the polling.
+    explicit frmWeather(const shell::WindowContext& ctx, std::unique_ptr<PollTimer> timer = {},
+                        QWidget* parent = nullptr);
     ~frmWeather() override;
 
     // Stamps the time, computes the seven figures from the inputs and pushes them on.
@@ -68,9 +73,10 @@ private:
     QLineEdit* NextInput(const QLineEdit* input) const;
 
     shell::MainContext& main_;
+    shell::MainState& state_;
     Messages& messages_;
+    const WallClock& clock_;
     std::unique_ptr<PollTimer> timer_;
-    NowClock now_;
 
     bool liveWeather_ = false;
     bool firstActivate_ = true;

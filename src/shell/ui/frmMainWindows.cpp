@@ -1,0 +1,123 @@
+#include "shell/ui/frmMain.h"
+
+#include "common/ui/formhelpers.h"
+
+namespace slipbook::shell {
+
+// The windows the main window opens: by tool, by name for another window, and the prediction
+// and tune-up windows of each car.
+
+void frmMain::RegisterDelete(const QString& key, DeleteHandler remove,
+                             std::function<bool(const QString&)> canDelete) {
+    lists_[key].remove = std::move(remove);
+    lists_[key].canDelete = std::move(canDelete);
+    DeleteToolRefresh();
+}
+
+void frmMain::RegisterPrediction(PredictionFactory factory) {
+    predictionFactory_ = std::move(factory);
+    Available(QStringLiteral("ID_ETTS"));
+}
+
+void frmMain::RegisterTuneUp(TuneUpFactory factory) {
+    tuneUpFactory_ = std::move(factory);
+    Available(QStringLiteral("ID_TuneUp"));
+}
+
+void frmMain::RegisterShow(QStringView name, ShowHandler show) {
+    shows_.insert(name.toString(), std::move(show));
+}
+
+QWidget* frmMain::OpenWindow(const QString& toolId) const {
+    return open_.value(toolId).data();
+}
+
+QWidget* frmMain::ShowWindow(QStringView name, qint64 id) {
+    const ShowHandler show = shows_.value(name.toString());
+    return show ? show(context_, this, id) : nullptr;
+}
+
+void frmMain::ShowToolWindow(const QString& key) {
+    QWidget* w = nullptr;
+    {
+        const BusyCursor busy;
+        w = ToolWindow(key);
+    }
+    if (w != nullptr) {
+        w->show();
+        w->raise();
+        w->activateWindow();
+    }
+}
+
+QWidget* frmMain::ToolWindow(const QString& toolId) {
+    if (QWidget* w = open_.value(toolId).data()) {
+        return w;
+    }
+    const ListHandlers handlers = lists_.value(toolId);
+    if (!handlers.open) {
+        return nullptr;
+    }
+    QWidget* w = handlers.open(context_, this);
+    if (w != nullptr) {
+        open_[toolId] = w;
+    }
+    return w;
+}
+
+void frmMain::ProgramWindowTool(bool prediction) {
+    const QString car = GetCar_num();
+    BusyCursor busy;
+    if (prediction) {
+        if (PredictionWindow* w = predictions_.Find(car)) {
+            w->Widget()->show();
+            w->Widget()->raise();
+            w->FormReLoad();
+            return;
+        }
+        const int slot = predictions_.Valid();
+        if (slot == 0 || !predictionFactory_) {
+            if (slot == 0) {
+                messages_.inform(QStringLiteral("Can't load another ET Prediction window!"));
+            }
+            return;
+        }
+        PredictionWindow* w = predictionFactory_(context_, this);
+        predictions_.Put(slot, w);
+        w->Widget()->show();
+    } else {
+        if (TuneUpWindow* w = tuneUps_.Find(car)) {
+            w->Widget()->show();
+            w->Widget()->raise();
+            w->FormReLoad();
+            return;
+        }
+        const int slot = tuneUps_.Valid();
+        if (slot == 0 || !tuneUpFactory_) {
+            if (slot == 0) {
+                messages_.inform(QStringLiteral("Can't load another Tune Up window!"));
+            }
+            return;
+        }
+        TuneUpWindow* w = tuneUpFactory_(context_, this);
+        tuneUps_.Put(slot, w);
+        w->Widget()->show();
+    }
+}
+
+void frmMain::CalcAllETPrediction(const QString& corrFactorText, const QString& densityAltText) {
+    predictions_.ForEachLive(
+        [&](PredictionWindow& w) { w.ApplyWeather(corrFactorText, densityAltText); });
+}
+
+void frmMain::CalcAllTuneUp(const QString& airDensityText) {
+    tuneUps_.ForEachLive([&](TuneUpWindow& w) { w.ApplyAirDensity(airDensityText); });
+}
+
+QString frmMain::GetCar_num() {
+    store::Query q = db_.OpenQuery(QStringLiteral("SELECT * FROM tblCars WHERE lCar_id = ") +
+                                   QString::number(state_.car.id));
+    return q.Next() ? q.Text(q.FieldIndex(QStringLiteral("sCar_num"))) : QString();
+}
+
+}  // namespace slipbook::shell
