@@ -322,8 +322,8 @@ QWidget* frmRun::BuildTab(int tab) {
     row->addLayout(loose);
     QHash<QString, QGridLayout*> frames;
     int looseCount = 0;
-    // The carburetor's arrays run across two columns.
-    const int arrayColumns = tab == kTabCarb || tab == 6 ? 2 : 1;
+    // The carburetor's and the throttle stops' arrays run across two columns.
+    const int arrayColumns = tab == kTabCarb || tab == kTabRunSetup ? 2 : 1;
     for (const RunField& f : RunFields()) {
         if (f.area != Area::Tabs || f.tab != tab || f.control.isEmpty()) {
             continue;
@@ -377,7 +377,7 @@ QWidget* frmRun::BuildTab(int tab) {
         note = QStringLiteral("Additional Carburetor Information");
     } else if (tab == kTabFuel) {
         note = QStringLiteral("Additional Fuel Injection Information");
-    } else if (tab == 6) {
+    } else if (tab == kTabRunSetup) {
         note = QStringLiteral(
             "Note: Throttle Stop settings are NOT carried forward from the previous run as is all "
             "other information in these multiple tabs.");
