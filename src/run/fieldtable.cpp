@@ -340,31 +340,34 @@ std::vector<RunField> BuildTable() {
     }
 
     // Drive Train
-    t.push_back(TabText(3, QStringLiteral("txtConverter"), QStringLiteral("Converter:"),
-                        QStringLiteral("sConverter_val"), 5, 6));
-    t.push_back(TabText(3, QStringLiteral("txtRingPinion"), QStringLiteral("Ring && Pinion:"),
-                        QStringLiteral("sRingPinion_val"), 5, 7));
-    AddArray(t, 3, QStringLiteral("txtTrans"), QStringLiteral("Trans"), QStringLiteral("sTrans"),
-             QStringLiteral("_val"), 5, 5, 1);
+    t.push_back(TabText(kTabDriveTrain, QStringLiteral("txtConverter"),
+                        QStringLiteral("Converter:"), QStringLiteral("sConverter_val"), 5, 6));
+    t.push_back(TabText(kTabDriveTrain, QStringLiteral("txtRingPinion"),
+                        QStringLiteral("Ring && Pinion:"), QStringLiteral("sRingPinion_val"), 5,
+                        7));
+    AddArray(t, kTabDriveTrain, QStringLiteral("txtTrans"), QStringLiteral("Trans"),
+             QStringLiteral("sTrans"), QStringLiteral("_val"), 5, 5, 1);
     RunField spring =
-        TabText(3, QStringLiteral("txtSpringPress"), QStringLiteral("Spring Pressure:"),
-                QStringLiteral("sSpringPressure_val"), 5, 8);
+        TabText(kTabDriveTrain, QStringLiteral("txtSpringPress"),
+                QStringLiteral("Spring Pressure:"), QStringLiteral("sSpringPressure_val"), 5, 8);
     spring.frame = QStringLiteral("Clutch");
     t.push_back(spring);
     RunField counter =
-        TabText(3, QStringLiteral("txtCounterWeight"), QStringLiteral("Counter Weight:"),
-                QStringLiteral("sCounterWeight_val"), 5, 9);
+        TabText(kTabDriveTrain, QStringLiteral("txtCounterWeight"),
+                QStringLiteral("Counter Weight:"), QStringLiteral("sCounterWeight_val"), 5, 9);
     counter.frame = QStringLiteral("Clutch");
     t.push_back(counter);
 
     // Suspension
-    t.push_back(TabText(4, QStringLiteral("txtFrontEndTravel"), QStringLiteral("Front End Travel:"),
-                        QStringLiteral("sFrontEndTravel_val"), 6, 1));
-    t.push_back(TabText(4, QStringLiteral("txtWBHeight"), QStringLiteral("Wheelie Bar Height:"),
+    t.push_back(TabText(kTabSuspension, QStringLiteral("txtFrontEndTravel"),
+                        QStringLiteral("Front End Travel:"), QStringLiteral("sFrontEndTravel_val"),
+                        6, 1));
+    t.push_back(TabText(kTabSuspension, QStringLiteral("txtWBHeight"),
+                        QStringLiteral("Wheelie Bar Height:"),
                         QStringLiteral("sWheelieBarHeight_val"), 6, 2));
-    t.push_back(TabText(4, QStringLiteral("txtSlicks"), QStringLiteral("Slicks:"),
+    t.push_back(TabText(kTabSuspension, QStringLiteral("txtSlicks"), QStringLiteral("Slicks:"),
                         QStringLiteral("sSlicks_val"), 6, 3));
-    t.push_back(TabText(4, QStringLiteral("txtSBLocations"),
+    t.push_back(TabText(kTabSuspension, QStringLiteral("txtSBLocations"),
                         QStringLiteral("Suspension Bar Location:"),
                         QStringLiteral("sSuspensionBarLocations_val"), 6, 4));
 
@@ -383,8 +386,9 @@ std::vector<RunField> BuildTable() {
                   {"txtSparkPlugs", "Spark Plugs:", "sSparkPlugs_val", 5},
                   {"txtPlugGap", "Plug Gap:", "sPlugGap_val", 6}};
     for (const auto& e : engine) {
-        t.push_back(TabText(5, QString::fromLatin1(e.control), QString::fromLatin1(e.caption),
-                            QString::fromLatin1(e.column), 3, e.rank));
+        t.push_back(TabText(kTabEngine, QString::fromLatin1(e.control),
+                            QString::fromLatin1(e.caption), QString::fromLatin1(e.column), 3,
+                            e.rank));
     }
 
     // Run Setup: everything starts at "0"; the throttle stops go to the car but never come back.
@@ -397,19 +401,20 @@ std::vector<RunField> BuildTable() {
                  {"txtShiftRPM", "Shift RPM:", "sShiftRPM_val", 3},
                  {"txtTirePressure", "Tire Pressure:", "sTirePressure_val", 1}};
     for (const auto& s : setup) {
-        RunField f = TabText(6, QString::fromLatin1(s.control), QString::fromLatin1(s.caption),
-                             QString::fromLatin1(s.column), 7, s.rank);
+        RunField f =
+            TabText(kTabRunSetup, QString::fromLatin1(s.control), QString::fromLatin1(s.caption),
+                    QString::fromLatin1(s.column), 7, s.rank);
         f.newText = QStringLiteral("0");
         t.push_back(f);
     }
-    RunField delay =
-        TabText(6, QStringLiteral("txtDelayBox"), QString(), QStringLiteral("sDelayBox_val"), 7, 4);
+    RunField delay = TabText(kTabRunSetup, QStringLiteral("txtDelayBox"), QString(),
+                             QStringLiteral("sDelayBox_val"), 7, 4);
     delay.frame = QStringLiteral("Delay Box");
     delay.kind = K::Et3;
     delay.newText = QStringLiteral("0");
     t.push_back(delay);
     const qsizetype stops = static_cast<qsizetype>(t.size());
-    AddArray(t, 6, QStringLiteral("txtThrottleStop"), QStringLiteral("Throttle Stop"),
+    AddArray(t, kTabRunSetup, QStringLiteral("txtThrottleStop"), QStringLiteral("Throttle Stop"),
              QStringLiteral("sThrottleStop"), QStringLiteral("_val"), 4, 7, 5);
     for (auto it = t.begin() + stops; it != t.end(); ++it) {
         it->kind = K::Et3;

@@ -106,6 +106,10 @@ const QStringList& TabCaptions();
 inline constexpr int kTabNotes = 0;
 inline constexpr int kTabCarb = 1;
 inline constexpr int kTabFuel = 2;
+inline constexpr int kTabDriveTrain = 3;
+inline constexpr int kTabSuspension = 4;
+inline constexpr int kTabEngine = 5;
+inline constexpr int kTabRunSetup = 6;  // launch, delay box and throttle stops
 inline constexpr int kTabCustom = 7;
 
 // The hint an empty notes pane shows; never stored as a note.

@@ -570,8 +570,8 @@ TEST_F(RunWindow, CarryForwardOnAndOff) {
         QStringLiteral("UPDATE tblCars SET sCarCarb_typ = 'FI', sCarFuel_typ = 'NITRO'"));
     auto fi = OpenNew();
     auto* tabs = Child<QTabWidget>(*fi, "sstabSetup");
-    EXPECT_FALSE(tabs->isTabVisible(1));
-    EXPECT_TRUE(tabs->isTabVisible(2));
+    EXPECT_FALSE(tabs->isTabVisible(run::kTabCarb));
+    EXPECT_TRUE(tabs->isTabVisible(run::kTabFuel));
     EXPECT_FALSE(F(*fi, "txtNitro")->isHidden());
 }
 
@@ -896,8 +896,8 @@ TEST_F(RunWindow, WhatTheRacerTypesIsKeptOrRefusedByName) {
 
     // Notes reached through their tab: the hint is no part of what is typed.
     QTabBar* bar = Child<QTabWidget>(*w, "sstabSetup")->tabBar();
-    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(1).center());
-    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(0).center());
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(run::kTabCarb).center());
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(run::kTabNotes).center());
     QApplication::processEvents();
     auto* notes = F<QPlainTextEdit>(*w, "rtbRunNotes_tx");
     ASSERT_TRUE(notes->hasFocus());
@@ -975,10 +975,10 @@ TEST_F(RunWindow, SmallWindowsScrollRatherThanSqueeze) {
         w->resize(size);
         QApplication::processEvents();
         Grab(*w, QStringLiteral("frmRun-%1").arg(size.width()));
-        Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(1);
+        Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(run::kTabCarb);
         QApplication::processEvents();
         Grab(*w, QStringLiteral("frmRun-%1-carb").arg(size.width()));
-        Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(0);
+        Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(run::kTabNotes);
         for (QWidget* child : w->findChildren<QWidget*>()) {
             const bool field = qobject_cast<QLineEdit*>(child) != nullptr ||
                                qobject_cast<QComboBox*>(child) != nullptr ||
@@ -1007,8 +1007,8 @@ TEST_F(RunWindow, Screenshot) {
     Type(F(*w, "txtBarometricPressure"), QStringLiteral("29.92"));
     ShowActive(*w);
     Grab(*w, QStringLiteral("frmRun-notes"));
-    Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(1);
+    Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(run::kTabCarb);
     Grab(*w, QStringLiteral("frmRun-carb"));
-    Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(7);
+    Child<QTabWidget>(*w, "sstabSetup")->setCurrentIndex(run::kTabCustom);
     Grab(*w, QStringLiteral("frmRun-custom"));
 }

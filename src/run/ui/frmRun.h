@@ -1,9 +1,9 @@
 #pragma once
 
 #include "common/ui/recordwindow.h"
-#include "shell/windowcontext.h"
 #include "run/fieldtable.h"
 #include "run/runsave.h"
+#include "shell/windowcontext.h"
 #include "weather/polltimer.h"
 
 #include <QHash>
@@ -23,7 +23,6 @@ class QPlainTextEdit;
 class QPushButton;
 class QRadioButton;
 class QTabWidget;
-
 
 namespace slipbook::run {
 
