@@ -32,9 +32,9 @@ QWidget* Record(const shell::WindowContext& ctx, QWidget* owner) {
     return WithHelp(Owned(new W(ctx, owner)), ctx.main);
 }
 
-// The one maintenance window, filtered on the car's coming items with its alert: an open one is
-// used again, since two could edit the same items.
-QWidget* MaintenanceAlert(const shell::WindowContext& ctx, QWidget*, qint64 carId) {
+}  // namespace
+
+QWidget* ShowMaintenanceAlert(const shell::WindowContext& ctx, QWidget* /*owner*/, qint64 carId) {
     auto* window = qobject_cast<garage::frmMaintenance*>(
         ctx.main.ToolWindow(QStringLiteral("ID_Maintenance")));
     if (window == nullptr) {
@@ -48,8 +48,6 @@ QWidget* MaintenanceAlert(const shell::WindowContext& ctx, QWidget*, qint64 carI
     return window;
 }
 
-}  // namespace
-
 void RegisterWindows(shell::frmMain& main) {
     main.RegisterWindow(QStringLiteral("ID_Runs"),
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
@@ -59,7 +57,7 @@ void RegisterWindows(shell::frmMain& main) {
     main.RegisterWindow(QStringLiteral("ID_Events"), Record<garage::frmEvent>);
     main.RegisterWindow(QStringLiteral("ID_Tracks"), Record<garage::frmTrack>);
     main.RegisterWindow(QStringLiteral("ID_Maintenance"), Record<garage::frmMaintenance>);
-    main.RegisterShow(shell::windows::kMaintenanceAlert, MaintenanceAlert);
+    main.RegisterShow(shell::windows::kMaintenanceAlert, ShowMaintenanceAlert);
     main.RegisterWindow(QStringLiteral("ID_Weather"),
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             return Owned(new weather::frmWeather(ctx, {}, owner));

@@ -133,12 +133,14 @@ TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
     test::TempLogbook lb;
     test::ScriptedMessages messages;
     QTemporaryDir appDir;
-    shell::frmMain main(lb.db(), messages, QStringLiteral("-x dir=/srv/station later"),
-                        appDir.path());
+    store::LogbookEvents notifier;
+    SystemClock clock;
+    shell::frmMain main(lb.db(), messages, notifier, clock,
+                        QStringLiteral("-x dir=/srv/station later"), appDir.path());
 
     EXPECT_EQ(main.windowTitle(), QStringLiteral("Slipbook Pro - Version 1.0"));
     EXPECT_EQ(main.applicationTitle(), QStringLiteral("Slipbook Pro"));
-    EXPECT_EQ(main.weatherDirectory(), QStringLiteral("/srv/station"));
+    EXPECT_EQ(main.state().weatherDir, QStringLiteral("/srv/station"));
     EXPECT_EQ(main.helpPath(), QDir(appDir.path()).filePath(QStringLiteral("help/index.html")));
     EXPECT_TRUE(main.isLoading());
     EXPECT_EQ(main.lockCount(), 0);
@@ -269,7 +271,10 @@ TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
     App();
     test::TempLogbook lb;
     test::ScriptedMessages messages;
-    shell::frmMain main(lb.db(), messages, QString(), QStringLiteral("/nonexistent"));
+    store::LogbookEvents notifier;
+    SystemClock clock;
+    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
+                        QStringLiteral("/nonexistent"));
     app::RegisterWindows(main);
     main.FormLoadStuff();
 

@@ -25,7 +25,7 @@ namespace {
 struct Entry : WindowTest {
     template <class W>
     std::unique_ptr<W> Open() {
-        auto window = std::make_unique<W>(logbook.db(), messages, main);
+        auto window = std::make_unique<W>(Context());
         ShowActive(*window);
         return window;
     }
@@ -53,7 +53,7 @@ struct Entry : WindowTest {
 
 TEST_F(Entry, NotesTypedBehindTheirHintAreKeptToTheLetter) {
     // By mouse, into an empty event note.
-    main.eventId = 1;
+    main.state.event.id = 1;
     auto event = Open<garage::frmEvent>();
     auto* notes = Child<QPlainTextEdit>(*event, "rtbEventNotes_tx");
     EXPECT_EQ(notes->placeholderText(), QStringLiteral("<Type notes here>"));
@@ -76,7 +76,7 @@ TEST_F(Entry, NotesTypedBehindTheirHintAreKeptToTheLetter) {
               QStringLiteral("'tow strap'"));
 
     // By a click on the track's tab, then into its pane; and text that starts with "<".
-    main.trackId = 1;
+    main.state.track.id = 1;
     auto track = Open<garage::frmTrack>();
     auto* tabs = Child<QTabWidget>(*track, "sstabTrack");
     QTabBar* bar = tabs->tabBar();
@@ -112,7 +112,7 @@ TEST_F(Entry, NotesTypedBehindTheirHintAreKeptToTheLetter) {
 }
 
 TEST_F(Entry, AnImpossibleDateIsKeptAndNamed) {
-    main.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = QStringLiteral("ID_New");
     auto event = Open<garage::frmEvent>();
     auto* start = Child<QLineEdit>(*event, "mebEventStart_dt");
     auto* end = Child<QLineEdit>(*event, "mebEventEnd_dt");
@@ -144,7 +144,7 @@ TEST_F(Entry, AnImpossibleDateIsKeptAndNamed) {
 }
 
 TEST_F(Entry, NumbersBeyondTheirColumnsAreRefusedByName) {
-    main.eventId = 1;
+    main.state.event.id = 1;
     auto event = Open<garage::frmEvent>();
     auto* purse = Child<QLineEdit>(*event, "txtPurse_amt");
     ClickInto(purse);
@@ -178,7 +178,7 @@ TEST_F(Entry, NumbersBeyondTheirColumnsAreRefusedByName) {
 }
 
 TEST_F(Entry, TheKeyboardSavesClosesAndMovesOn) {
-    main.eventId = 1;
+    main.state.event.id = 1;
     auto window = Open<garage::frmEvent>();
     auto* name = Child<QLineEdit>(*window, "txtEvent_nm");
     ClickInto(name);
@@ -235,7 +235,7 @@ TEST_F(Entry, TheKeyboardSavesClosesAndMovesOn) {
 }
 
 TEST_F(Entry, MenusHaveOneMnemonicEachAndToolsSayWhatTheyDo) {
-    main.eventId = 1;
+    main.state.event.id = 1;
     std::vector<std::unique_ptr<RecordWindow>> windows;
     windows.push_back(Open<garage::frmEvent>());
     windows.push_back(Open<garage::frmTrack>());

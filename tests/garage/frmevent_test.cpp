@@ -20,7 +20,7 @@ namespace {
 
 struct EventWindow : WindowTest {
     std::unique_ptr<frmEvent> Open() {
-        auto window = std::make_unique<frmEvent>(logbook.db(), messages, main);
+        auto window = std::make_unique<frmEvent>(Context());
         name = Child<QLineEdit>(*window, "txtEvent_nm");
         tracks = Child<QComboBox>(*window, "cboTracks");
         start = Child<QLineEdit>(*window, "mebEventStart_dt");
@@ -54,7 +54,7 @@ struct EventWindow : WindowTest {
 };
 
 TEST_F(EventWindow, OpensOnTheCurrentEventOrANewOne) {
-    main.eventId = 1;
+    main.state.event.id = 1;
     auto window = Open();
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Test and Tune Day - Event"));
     EXPECT_EQ(name->text(), QStringLiteral("Test and Tune Day"));
@@ -76,18 +76,18 @@ TEST_F(EventWindow, OpensOnTheCurrentEventOrANewOne) {
     ShowActive(*window);
     Grab(*window, QStringLiteral("frmEvent"));
 
-    main.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = QStringLiteral("ID_New");
     auto fresh = Open();
     EXPECT_TRUE(fresh->RecordAdd());
     EXPECT_EQ(fresh->windowTitle(), QStringLiteral("New - Event"));
     EXPECT_EQ(start->displayText(), QStringLiteral("__/__/____"));
     EXPECT_EQ(tracks->currentIndex(), -1);
     EXPECT_FALSE(fresh->tool(QStringLiteral("ID_Delete"))->isEnabled());
-    EXPECT_TRUE(main.storedTool.isEmpty());
+    EXPECT_TRUE(main.state.storedTool.isEmpty());
 }
 
 TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {
-    main.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = QStringLiteral("ID_New");
     auto window = Open();
     ShowActive(*window);
     notes->setPlainText(QStringLiteral("Typed first"));
@@ -125,7 +125,7 @@ TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {
 }
 
 TEST_F(EventWindow, NewWithChangesSavesFirstAndStaysWhenThatFails) {
-    main.eventId = 1;
+    main.state.event.id = 1;
     auto window = Open();
     name->clear();
     Press(*window, "ID_New");
@@ -144,11 +144,11 @@ TEST_F(EventWindow, NewWithChangesSavesFirstAndStaysWhenThatFails) {
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sEvent_nm FROM tblEvents WHERE lEvent_id = 1")),
               QStringLiteral("Renamed Day"));
     EXPECT_EQ(list->item(0)->text(), QStringLiteral("Renamed Day"));
-    EXPECT_EQ(main.calls, (QStringList{"EventsLoad", "SelectEvent 1"}));
+    EXPECT_EQ(main.calls, (QStringList{"recordsChanged tblEvents"}));
 }
 
 TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
-    main.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = QStringLiteral("ID_New");
     auto window = Open();
     window->SetShowEditsInRed(true);
     const QString eventName = QStringLiteral("Bob's \"Big\" Bracket Bash");
@@ -184,7 +184,7 @@ TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
     EXPECT_EQ(list->currentItem()->text(), eventName);
 
     window.reset();
-    main.eventId = id;
+    main.state.event.id = id;
     auto again = Open();
     EXPECT_EQ(again->windowTitle(), eventName + QStringLiteral(" - Event"));
     EXPECT_EQ(name->text(), eventName);
@@ -205,7 +205,7 @@ TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
 }
 
 TEST_F(EventWindow, ATypedClassIsOfferedForAddingBeforeTheSave) {
-    main.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = QStringLiteral("ID_New");
     auto window = Open();
     FillValid(QStringLiteral("Sportsman Day"));
     classes->setEditText(QStringLiteral("Sportsman Series"));
@@ -248,7 +248,7 @@ TEST_F(EventWindow, DeleteFollowsUseAndAsksFirst) {
     logbook.db().Execute(QStringLiteral(
         "INSERT INTO tblEvents (lEvent_id, sEvent_nm, lTrack_id, lEventClass_id) VALUES (2, "
         "'Fall Classic', 1, 1)"));
-    main.eventId = 1;
+    main.state.event.id = 1;
     auto window = Open();
     EXPECT_FALSE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
     QTest::keyClick(list, Qt::Key_Delete);
@@ -282,11 +282,11 @@ TEST_F(EventWindow, DeleteFollowsUseAndAsksFirst) {
     EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblEvents")).toInt(), 1);
     EXPECT_EQ(list->count(), 1);
     EXPECT_EQ(name->text(), QStringLiteral("Test and Tune Day"));
-    EXPECT_EQ(main.calls, (QStringList{"EventsLoad", "SelectEvent 1"}));
+    EXPECT_EQ(main.calls, (QStringList{"recordsChanged tblEvents"}));
 }
 
 TEST_F(EventWindow, ClosingAsksToSaveAndActsOnTheAnswer) {
-    main.eventId = 1;
+    main.state.event.id = 1;
     auto window = Open();
     ShowActive(*window);
     name->setText(QStringLiteral("Edited"));
@@ -320,7 +320,7 @@ TEST_F(EventWindow, ClosingAsksToSaveAndActsOnTheAnswer) {
 TEST_F(EventWindow, AFailedSaveKeepsTheTypedRecordAndSaysWhy) {
     logbook.db().Execute(
         QStringLiteral("CREATE UNIQUE INDEX ixEventName ON tblEvents (sEvent_nm)"));
-    main.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = QStringLiteral("ID_New");
     auto window = Open();
     FillValid(QStringLiteral("Test and Tune Day"));
     Press(*window, "ID_SaveandClose");
@@ -339,7 +339,7 @@ TEST_F(EventWindow, AFailedSaveKeepsTheTypedRecordAndSaysWhy) {
 }
 
 TEST_F(EventWindow, AnEntryWithoutARowIsNotFound) {
-    main.eventId = 1;
+    main.state.event.id = 1;
     auto window = Open();
     auto* ghost = new QListWidgetItem(QStringLiteral("Ghost"), list);
     ghost->setData(Qt::UserRole, QVariant::fromValue(qint64{99}));

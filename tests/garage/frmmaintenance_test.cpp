@@ -21,8 +21,8 @@ namespace {
 
 struct MaintenanceWindow : WindowTest {
     std::unique_ptr<frmMaintenance> Open() {
-        auto window = std::make_unique<frmMaintenance>(logbook.db(), messages, main);
-        window->SetToday([] { return QDate(2024, 5, 6); });
+        main.clock.now = QDateTime(QDate(2024, 5, 6), QTime(9, 0));
+        auto window = std::make_unique<frmMaintenance>(Context());
         grid = Child<QTableView>(*window, "ssdbgMaintenances");
         car = Child<QComboBox>(*window, "cboCar");
         notes = Child<QPlainTextEdit>(*window, "rtbMaintenanceNotes_tx");

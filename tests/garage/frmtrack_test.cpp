@@ -16,7 +16,7 @@ namespace {
 
 struct TrackWindow : WindowTest {
     std::unique_ptr<frmTrack> Open() {
-        auto window = std::make_unique<frmTrack>(logbook.db(), messages, main);
+        auto window = std::make_unique<frmTrack>(Context());
         name = Child<QLineEdit>(*window, "txtTrack_nm");
         address = Child<QPlainTextEdit>(*window, "txtTrackAddress_tx");
         contact = Child<QLineEdit>(*window, "txtTrackContact_nm");
@@ -39,7 +39,7 @@ struct TrackWindow : WindowTest {
 };
 
 TEST_F(TrackWindow, ValidatesNameThenAddress) {
-    main.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = QStringLiteral("ID_New");
     auto window = Open();
     ShowActive(*window);
     contact->setText(QStringLiteral("Pat"));
@@ -56,8 +56,8 @@ TEST_F(TrackWindow, ValidatesNameThenAddress) {
 }
 
 TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
-    main.storedTool = QStringLiteral("ID_New");
-    main.trackId = 1;
+    main.state.storedTool = QStringLiteral("ID_New");
+    main.state.track.id = 1;
     auto window = Open();
     EXPECT_EQ(window->windowTitle(), QStringLiteral("New - Track"));
     EXPECT_HINT(directions, "<Type directions here>");
@@ -73,8 +73,8 @@ TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
     main.calls.clear();
     Press(*window, "ID_Save");
     ASSERT_TRUE(messages.shown.empty()) << messages.last().text.toStdString();
-    EXPECT_EQ(main.calls, (QStringList{"TrackLoad", "SelectTrack 1"}));
-    EXPECT_EQ(main.trackId, 1);
+    EXPECT_EQ(main.calls, (QStringList{"recordsChanged tblTracks"}));
+    EXPECT_EQ(main.state.track.id, 1);
 
     const qint64 id = Scalar(QStringLiteral("SELECT MAX(lTrack_id) FROM tblTracks")).toLongLong();
     auto rs = logbook.db().OpenRecordset(
@@ -91,7 +91,7 @@ TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
               QStringLiteral("Bring a 'jacket'"));
 
     window.reset();
-    main.trackId = id;
+    main.state.track.id = id;
     auto again = Open();
     EXPECT_EQ(again->windowTitle(), QStringLiteral("O'Reilly \"Raceway\" Park - Track"));
     EXPECT_EQ(address->toPlainText(), QStringLiteral("1 Strip Rd\nSpeed City, TX"));
@@ -112,7 +112,7 @@ TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
 }
 
 TEST_F(TrackWindow, ATrackWithEventsCannotBeDeleted) {
-    main.trackId = 1;
+    main.state.track.id = 1;
     auto window = Open();
     EXPECT_FALSE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
 
@@ -133,7 +133,7 @@ TEST_F(TrackWindow, ATrackWithEventsCannotBeDeleted) {
             .isNull());
     EXPECT_EQ(list->count(), 1);
     EXPECT_EQ(name->text(), QStringLiteral("Home Track"));
-    EXPECT_EQ(main.calls, (QStringList{"TrackLoad", "SelectTrack 1"}));
+    EXPECT_EQ(main.calls, (QStringList{"recordsChanged tblTracks"}));
 }
 
 }  // namespace

@@ -82,6 +82,8 @@ struct WindowTest : ::testing::Test {
         return rs->Eof() ? QVariant() : rs->Value(0);
     }
 
+    shell::WindowContext Context() { return main.Context(logbook.db(), messages); }
+
     TempLogbook logbook;
     ScriptedMessages messages;
     FakeMain main;

@@ -4,6 +4,7 @@
 // the window opened by a real main window.
 
 #include "run/ui/frmRun.h"
+#include "app/windows.h"
 #include "garage/ui/frmMaintenance.h"
 #include "garage/windowtest.h"
 #include "run/runsave.h"
@@ -33,11 +34,23 @@ using run::frmRun;
 
 namespace {
 
-class FakeGrid : public run::RunListGrid {
+// The main window's run list as the notifier keeps it: while it shows runs, a saved run's row
+// is put in it and a deleted run's row taken out.
+class FakeGrid {
 public:
-    QStringList ColumnNames() const override { return columns; }
-    void PutRow(const QString& key, const QString& row) override { puts << key + u'|' + row; }
-    void RemoveRow(const QString& key) override { removed << key; }
+    FakeGrid(FakeMain& main, store::Database& db) {
+        QObject::connect(
+            &main.events, &store::LogbookEvents::runSaved, [&main, &db, this](qint64 id) {
+                if (main.state.view == u"ID_Runs") {
+                    puts << QString::number(id) + u'|' + shell::RunGridRow(db, columns, id);
+                }
+            });
+        QObject::connect(&main.events, &store::LogbookEvents::runDeleted, [&main, this](qint64 id) {
+            if (main.state.view == u"ID_Runs") {
+                removed << QString::number(id);
+            }
+        });
+    }
 
     QStringList columns;
     QStringList puts;
@@ -62,31 +75,36 @@ struct RunWindow : WindowTest {
         // The main window's one maintenance window, made when first asked for.
         main.toolWindow = [this](const QString& id) -> QWidget* {
             if (id == u"ID_Maintenance" && !maintenance) {
-                maintenance = new garage::frmMaintenance(logbook.db(), messages, main);
+                maintenance = new garage::frmMaintenance(Context());
                 maintenance->setAttribute(Qt::WA_DeleteOnClose, true);
             }
             return id == u"ID_Maintenance" ? maintenance.data() : nullptr;
         };
+        // The alert as the program shows it.
+        main.showWindow = [this](QStringView name, qint64 id) -> QWidget* {
+            return name == shell::windows::kMaintenanceAlert
+                       ? app::ShowMaintenanceAlert(Context(), nullptr, id)
+                       : nullptr;
+        };
+        grid = std::make_unique<FakeGrid>(main, logbook.db());
     }
     std::unique_ptr<frmRun> Open() {
-        auto fake = std::make_unique<FakeGrid>();
-        grid = fake.get();
+        grid->puts.clear();
+        grid->removed.clear();
         grid->columns = ListColumns();
-        auto window =
-            std::make_unique<frmRun>(logbook.db(), messages, main, std::move(fake), nullptr,
-                                     [] { return QDateTime(QDate(2024, 7, 4), QTime(14, 35)); });
+        auto window = std::make_unique<frmRun>(Context());
         auto fakeTimer = std::make_unique<FakeTimer>();
         timer = fakeTimer.get();
         window->SetWeatherTimer(std::move(fakeTimer));
         return window;
     }
     std::unique_ptr<frmRun> OpenNew(qint64 event = 1) {
-        main.storedTool = QStringLiteral("ID_New");
-        main.eventId = event;
+        main.state.storedTool = QStringLiteral("ID_New");
+        main.state.event.id = event;
         return Open();
     }
     std::unique_ptr<frmRun> OpenRun(qint64 id) {
-        main.storedTool.clear();
+        main.state.storedTool.clear();
         main.keyText = QString::number(id);
         return Open();
     }
@@ -166,7 +184,7 @@ struct RunWindow : WindowTest {
             .toDouble();
     }
 
-    FakeGrid* grid = nullptr;
+    std::unique_ptr<FakeGrid> grid;
     FakeTimer* timer = nullptr;
     QPointer<garage::frmMaintenance> maintenance;
 };
@@ -180,7 +198,7 @@ TEST_F(RunWindow, ANewRunTypedEndToEnd) {
     auto w = OpenNew();
     ShowActive(*w);
     EXPECT_EQ(main.lockCount, 1);
-    EXPECT_TRUE(main.storedTool.isEmpty());
+    EXPECT_TRUE(main.state.storedTool.isEmpty());
     EXPECT_TRUE(w->RecordAdd());
     EXPECT_FALSE(w->DataChanged());
     auto* events = F<QComboBox>(*w, "cboEvents");
@@ -271,7 +289,7 @@ TEST_F(RunWindow, ANewRunTypedEndToEnd) {
     // The list gets the run's row as the list itself would build it.
     ASSERT_EQ(grid->puts.size(), 1);
     EXPECT_EQ(grid->puts[0],
-              QString::number(id) + u'|' + run::RunGridRow(logbook.db(), grid->columns, id));
+              QString::number(id) + u'|' + shell::RunGridRow(logbook.db(), grid->columns, id));
     // The car's due items counted the run and raised the maintenance window.
     EXPECT_EQ(RunsMade(3), made + 1);
     EXPECT_TRUE(Shown().contains(
@@ -427,7 +445,7 @@ TEST_F(RunWindow, IntervalsAndNumberBoxesWhileTyping) {
 
 TEST_F(RunWindow, WeatherChecksConversionsAndTheStationsReading) {
     QTemporaryDir station;
-    main.weatherDir = station.path();
+    main.state.weatherDir = station.path();
     auto w = OpenNew();
     ShowActive(*w);
     QLineEdit* temp = F(*w, "txtTemp");
@@ -608,11 +626,11 @@ TEST_F(RunWindow, TheCarFollowsOnlyTheNewestRunAndTheCountersOnlyNewRuns) {
 
     // The list shows another view now: it is left alone.
     w = OpenRun(newer);
-    main.view = QStringLiteral("ID_Events");
+    main.state.view = QStringLiteral("ID_Events");
     Type(F(*w, "txtSlicks"), QStringLiteral("again"));
     Press(*w, "ID_SaveandClose");
     EXPECT_TRUE(grid->puts.isEmpty());
-    main.view = QStringLiteral("ID_Runs");
+    main.state.view = QStringLiteral("ID_Runs");
 
     // The tune-up button saves a new run first and holds the maintenance alert until closing;
     // the run is counted once.
@@ -631,7 +649,13 @@ TEST_F(RunWindow, TheCarFollowsOnlyTheNewestRunAndTheCountersOnlyNewRuns) {
     EXPECT_EQ(TakeAlerts(), 0);
     EXPECT_EQ(RunsMade(1), made + 1);
     qint64 opened = -1;
-    w->SetTuneUpOpener([&](qint64 id) { opened = id; });
+    main.showWindow = [&, alert = main.showWindow](QStringView name, qint64 id) -> QWidget* {
+        if (name != shell::windows::kRunTuneUp) {
+            return alert(name, id);
+        }
+        opened = id;
+        return w.get();
+    };
     F<QPushButton>(*w, "btnTuneUpSetup(1)")->click();  // a saved run asks nothing
     EXPECT_EQ(opened, LastRunId());
     EXPECT_TRUE(w->close());
@@ -676,7 +700,7 @@ TEST_F(RunWindow, NumbersOpponentsNamesAndShowingAStoredRow) {
                                     "sFieldName = 'Custom2'"))
                   .toString(),
               QStringLiteral("Tire's \"Brand\""));
-    EXPECT_TRUE(main.calls.contains(QStringLiteral("ViewsLoad")));
+    EXPECT_TRUE(main.calls.contains(QStringLiteral("recordsChanged tblListViewColumns")));
     EXPECT_EQ(F<QLabel>(*w, "CustomCaption2")->text(), QStringLiteral("Tire's \"Brand\""));
     const qint64 first = LastRunId();
     EXPECT_EQ(RunRow(first).value("lEvent_id").toLongLong(), 2);
@@ -712,8 +736,9 @@ TEST_F(RunWindow, NumbersOpponentsNamesAndShowingAStoredRow) {
     EXPECT_EQ(F<QComboBox>(*shown, "cboOpponents")->currentIndex(), -1);
     EXPECT_EQ(F<QLabel>(*shown, "CustomCaption2")->text(), QStringLiteral("Tire's \"Brand\""));
     // Through a filter: its statement narrowed to the run.
-    main.filterActive = true;
-    main.filterSql = QStringLiteral("SELECT * from tblRuns WHERE lRun_num >= 4 AND lCar_id = 1");
+    main.state.filter.active = true;
+    main.state.filter.sql =
+        QStringLiteral("SELECT * from tblRuns WHERE lRun_num >= 4 AND lCar_id = 1");
     EXPECT_EQ(F(*OpenRun(50), "txtRunNumber")->text(), QStringLiteral("4"));
     messages.shown.clear();
     auto missing = OpenRun(first);  // run number 1: outside the filter
@@ -746,10 +771,11 @@ TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
     GuiApp();
     TempLogbook logbook;
     ScriptedMessages messages;
-    shell::frmMain main(logbook.db(), messages, QString(), QStringLiteral("/nonexistent"));
-    main.RegisterWindow(QStringLiteral("ID_Runs"), run::OpenRunWindow);
-    main.RegisterDelete(QStringLiteral("ID_Runs"),
-                        [&main](const QString& key) { run::DeleteRunFromList(main, key); });
+    store::LogbookEvents notifier;
+    SystemClock clock;
+    shell::frmMain main(logbook.db(), messages, notifier, clock, QString(),
+                        QStringLiteral("/nonexistent"));
+    app::RegisterWindows(main);
     main.FormLoadStuff();
     ASSERT_EQ(main.grid().RowCount(), 0);
 
@@ -809,14 +835,11 @@ TEST(RunWindowInMain, AlertsShareTheOneMaintenanceWindowAndRenamedFieldsHeadTheL
     GuiApp();
     TempLogbook logbook;
     ScriptedMessages messages;
-    shell::frmMain main(logbook.db(), messages, QString(), QStringLiteral("/nonexistent"));
-    main.RegisterWindow(QStringLiteral("ID_Runs"), run::OpenRunWindow);
-    main.RegisterWindow(QStringLiteral("ID_Maintenance"), [](shell::frmMain& m) -> QWidget* {
-        auto* w = new garage::frmMaintenance(m.database(), m.messages(), m, &m);
-        w->setWindowFlag(Qt::Window, true);
-        w->setAttribute(Qt::WA_DeleteOnClose, true);
-        return w;
-    });
+    store::LogbookEvents notifier;
+    SystemClock clock;
+    shell::frmMain main(logbook.db(), messages, notifier, clock, QString(),
+                        QStringLiteral("/nonexistent"));
+    app::RegisterWindows(main);
     main.FormLoadStuff();
     main.show();
     // Every open item of the car is due, and the racer has the maintenance window open.

@@ -442,17 +442,18 @@ TEST(RunSave, TheListRowOfASavedRunIsTheListsOwn) {
         builder.Bind(q);
         ASSERT_TRUE(q.Next());
         const QString listed = builder.BuildText(q);
-        const QString built = RunGridRow(db, names, id);
+        const QString built = shell::RunGridRow(db, names, id);
         EXPECT_EQ(built, listed) << table;
         EXPECT_TRUE(built.startsWith(QString::number(id) + u'\t'));
     }
-    const QString row = RunGridRow(db,
-                                   {QStringLiteral("lRun_id"), QStringLiteral("lOpponent_id"),
-                                    QStringLiteral("i14Mile_et"), QStringLiteral("Custom1")},
-                                   id);
+    const QString row =
+        shell::RunGridRow(db,
+                          {QStringLiteral("lRun_id"), QStringLiteral("lOpponent_id"),
+                           QStringLiteral("i14Mile_et"), QStringLiteral("Custom1")},
+                          id);
     EXPECT_EQ(row, QString::number(id) + QStringLiteral("\tBye Run\t9.870\t") +
                        Awkward(QStringLiteral("Custom1")));
-    EXPECT_EQ(RunGridRow(db, {QStringLiteral("lRun_id")}, 9999), QString());
+    EXPECT_EQ(shell::RunGridRow(db, {QStringLiteral("lRun_id")}, 9999), QString());
 }
 
 // The run window keeps what it read for the list's rows; a name or a format changed in between
@@ -463,9 +464,9 @@ TEST(RunSave, TheListRowKeepsUpWithNamesAndFormats) {
     const qint64 id = AddRun(db, "07/04/2024", "02:35 PM");
     const QStringList names = {QStringLiteral("lRun_id"), QStringLiteral("lOpponent_id"),
                                QStringLiteral("i14Mile_et"), QStringLiteral("lCar_id")};
-    RunGridRowMaker maker(db);
+    shell::RunGridRowMaker maker(db);
     const QString first = maker.Row(names, id);
-    EXPECT_EQ(first, RunGridRow(db, names, id));
+    EXPECT_EQ(first, shell::RunGridRow(db, names, id));
     EXPECT_EQ(maker.Row(names, id), first);
 
     db.Execute(
@@ -475,12 +476,12 @@ TEST(RunSave, TheListRowKeepsUpWithNamesAndFormats) {
         QStringLiteral("UPDATE tblListViewColumns SET sDisplayFormat = '0.0' WHERE "
                        "sFieldName = 'i14Mile_et'"));
     const QString second = maker.Row(names, id);
-    EXPECT_EQ(second, RunGridRow(db, names, id));
+    EXPECT_EQ(second, shell::RunGridRow(db, names, id));
     EXPECT_EQ(second.split(u'\t').mid(1, 2), QStringList({"Renamed", "9.9"}));
 
     // Another run, other columns, a run that is gone.
     const qint64 other = AddRun(db, "07/05/2024", "09:00 AM");
     const QStringList fewer = {QStringLiteral("lRun_id"), QStringLiteral("lOpponent_id")};
-    EXPECT_EQ(maker.Row(fewer, other), RunGridRow(db, fewer, other));
+    EXPECT_EQ(maker.Row(fewer, other), shell::RunGridRow(db, fewer, other));
     EXPECT_EQ(maker.Row(fewer, 9999), QString());
 }

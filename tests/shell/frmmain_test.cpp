@@ -2,6 +2,7 @@
 #include "shell/ui/frozentableview.h"
 #include "shell/ui/gridprint.h"
 #include "store/database.h"
+#include "support/fakemain.h"
 #include "support/logbook.h"
 #include "support/scriptedmessages.h"
 
@@ -65,9 +66,12 @@ void AddRun(store::Database& db, int id, int car, const char* date, const char* 
 }
 
 struct Fixture {
-    Fixture() : main((App(), lb.db()), box, QString(), QStringLiteral("/nonexistent")) {}
+    Fixture()
+        : main((App(), lb.db()), box, notifier, clock, QString(), QStringLiteral("/nonexistent")) {}
     test::TempLogbook lb;
     test::ScriptedMessages box;
+    store::LogbookEvents notifier;
+    test::FixedClock clock;
     shell::frmMain main;
 };
 
@@ -232,7 +236,7 @@ TEST(MainWindow, SelectorsHonourAndWriteTheDefaults) {
     // Two cars flagged: the last by name wins; a key above 32767 is no trouble.
     QComboBox* cars = f.main.selector(QStringLiteral("ID_CarList"));
     EXPECT_EQ(cars->currentText(), QStringLiteral("Zephyr"));
-    EXPECT_EQ(f.main.CurrentCarId(), 40000);
+    EXPECT_EQ(f.main.state().car.id, 40000);
     EXPECT_EQ(f.main.grid().RowCount(), 1);
     EXPECT_EQ(f.main.statusMessage(), QStringLiteral("1 Record(s)"));
     EXPECT_EQ(f.main.notesText(), QStringLiteral("notes of 900"));
@@ -243,7 +247,7 @@ TEST(MainWindow, SelectorsHonourAndWriteTheDefaults) {
     // Picking a car makes it the only default and lists its runs.
     cars->setCurrentIndex(cars->findText(QStringLiteral("Alpha")));
     Q_EMIT cars->activated(cars->currentIndex());
-    EXPECT_EQ(f.main.CurrentCarId(), 7);
+    EXPECT_EQ(f.main.state().car.id, 7);
     EXPECT_EQ(
         Scalar(db, QStringLiteral("SELECT COUNT(*) AS n FROM tblCars WHERE bDefault_fl")).toInt(),
         1);
@@ -273,7 +277,7 @@ TEST(MainWindow, SelectorsHonourAndWriteTheDefaults) {
     db.Execute(QStringLiteral("UPDATE tblCars SET bDefault_fl = False"));
     f.main.CarsLoad();
     EXPECT_EQ(cars->currentIndex(), 0);
-    EXPECT_EQ(f.main.CurrentCarDesc(), cars->itemText(0));
+    EXPECT_EQ(f.main.state().car.desc, cars->itemText(0));
 }
 
 TEST(MainWindow, SortKeepsTheSelectedRowAndPrintsEveryRow) {
@@ -385,7 +389,7 @@ TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
     EXPECT_FALSE(weather->isEnabled());
     EXPECT_EQ(weather->toolTip(), QStringLiteral("Not available yet"));
     int made = 0;
-    f.main.RegisterWindow(QStringLiteral("ID_Weather"), [&](shell::frmMain&) {
+    f.main.RegisterWindow(QStringLiteral("ID_Weather"), [&](const shell::WindowContext&, QWidget*) {
         ++made;
         return new QWidget;
     });
@@ -398,7 +402,7 @@ TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
     // One prediction window per car; the 101st car is refused with no window lost.
     std::vector<std::unique_ptr<FakePrediction>> windows;
     int next = 0;
-    f.main.RegisterPrediction([&](shell::frmMain&) {
+    f.main.RegisterPrediction([&](const shell::WindowContext&, QWidget*) {
         windows.push_back(std::make_unique<FakePrediction>(QString::number(next)));
         return windows.back().get();
     });
@@ -451,13 +455,13 @@ TEST(MainWindow, CalculatorWebPageAndRunsTitle) {
     f.main.ToolClick(QStringLiteral("ID_Quadrumex"));
     ASSERT_EQ(opened.size(), 1);
     EXPECT_EQ(opened[0].scheme(), QStringLiteral("https"));
-    EXPECT_EQ(f.main.StoredToolId(), QStringLiteral("ID_Quadrumex"));
+    EXPECT_EQ(f.main.state().storedTool, QStringLiteral("ID_Quadrumex"));
 
     // A filter in force shows in the title and the filter tool's tip.
-    f.main.SetRunFilterActive(true);
-    f.main.SetRunFilterString(QStringLiteral("1/4 et Between 9 AND 11"));
-    f.main.SetRunFilterSQL(
-        QStringLiteral("SELECT * from tblRuns WHERE i14Mile_et >= 9 AND lCar_id = 1"));
+    f.main.state().filter.active = true;
+    f.main.state().filter.text = QStringLiteral("1/4 et Between 9 AND 11");
+    f.main.state().filter.sql =
+        QStringLiteral("SELECT * from tblRuns WHERE i14Mile_et >= 9 AND lCar_id = 1");
     f.main.ToolClick(QStringLiteral("ID_Runs"));
     EXPECT_EQ(f.main.titleText(), QStringLiteral(" My Race Car Runs (Filter Active)"));
     EXPECT_EQ(f.main.tool(QStringLiteral("ID_Filter"))->toolTip(),
@@ -473,7 +477,7 @@ TEST(MainWindow, PrintedListReadsWholeOnEveryBand) {
     }
     Fixture f;
     AddRaceDay(f.lb.db(), 60);
-    f.main.setClock([] { return QDateTime(QDate(2003, 7, 4), QTime(21, 47, 30)); });
+    f.clock.now = QDateTime(QDate(2003, 7, 4), QTime(21, 47, 30));
     f.main.FormLoadStuff();
     QComboBox* events = f.main.selector(QStringLiteral("ID_EventList"));
     events->setCurrentIndex(events->findText(QStringLiteral("Rock"), Qt::MatchStartsWith));
@@ -588,8 +592,7 @@ TEST(MainWindow, PrintFromThePreviewIsStampedWhenItPrints) {
     }
     Fixture f;
     AddRaceDay(f.lb.db(), 3);
-    QDateTime now(QDate(2003, 7, 4), QTime(9, 15, 0));
-    f.main.setClock([&] { return now; });
+    f.clock.now = QDateTime(QDate(2003, 7, 4), QTime(9, 15, 0));
     f.main.FormLoadStuff();
     QTemporaryDir dir;
     const QString pdf = dir.filePath(QStringLiteral("printed.pdf"));
@@ -600,7 +603,7 @@ TEST(MainWindow, PrintFromThePreviewIsStampedWhenItPrints) {
         auto* preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
         ASSERT_NE(preview, nullptr);
         preview->printer()->setOutputFileName(pdf);
-        now = now.addSecs(32 * 60 + 30);
+        f.clock.now = f.clock.now.addSecs(32 * 60 + 30);
         QTimer::singleShot(0, [&] {
             auto* dialog = qobject_cast<QPrintDialog*>(QApplication::activeModalWidget());
             ASSERT_NE(dialog, nullptr);
@@ -689,13 +692,13 @@ TEST(MainWindow, FitsAnEightHundredPixelScreenAndKeepsItsSizeForLongNames) {
     events->setFocus();
     QTest::keyClicks(events, QStringLiteral("Thirty"));
     Settle();
-    ASSERT_EQ(f.main.CurrentEventId(), 90);
+    ASSERT_EQ(f.main.state().event.id, 90);
     EXPECT_EQ(f.main.size(), QSize(800, 600));
     QComboBox* tracks = f.main.selector(QStringLiteral("ID_TrackList"));
     tracks->setFocus();
     QTest::keyClicks(tracks, QStringLiteral("Greater"));
     Settle();
-    ASSERT_EQ(f.main.CurrentTrackId(), 90);
+    ASSERT_EQ(f.main.state().track.id, 90);
     EXPECT_EQ(f.main.size(), QSize(800, 600));
     EXPECT_TRUE(f.main.titleText().contains(longEvent));
     checkWhole("with the long names");
@@ -765,4 +768,61 @@ TEST(MainWindow, HeadersShowTheSortArrowAndElideCaptionsThatDoNotFit) {
     EXPECT_FALSE(header->isSortIndicatorShown() && header->sortIndicatorSection() >= 0);
     EXPECT_FALSE(frozen->isSortIndicatorShown() && frozen->sortIndicatorSection() >= 0);
     header->setStyle(nullptr);
+}
+
+TEST(MainWindow, FollowsTheChangeNotifier) {
+    Fixture f;
+    store::Database& db = f.lb.db();
+    db.Execute(
+        QStringLiteral("INSERT INTO tblEvents (lEvent_id, sEvent_nm, lTrack_id) VALUES "
+                       "(7, 'Spring Nationals', 1)"));
+    f.main.FormLoadStuff();
+    QComboBox* events = f.main.selector(QStringLiteral("ID_EventList"));
+    events->setFocus();
+    QTest::keyClicks(events, QStringLiteral("Spring"));
+    ASSERT_EQ(f.main.state().event.id, 7);
+
+    // A renamed event is listed under its new name and stays picked; a deleted one gives way to
+    // every event.
+    db.Execute(
+        QStringLiteral("UPDATE tblEvents SET sEvent_nm = 'Fall Nationals' WHERE "
+                       "lEvent_id = 7"));
+    Q_EMIT f.notifier.recordsChanged(QStringLiteral("tblEvents"));
+    EXPECT_EQ(events->currentText(), QStringLiteral("Fall Nationals"));
+    EXPECT_EQ(f.main.state().event.id, 7);
+    EXPECT_TRUE(f.main.titleText().contains(QStringLiteral("Fall Nationals")));
+    db.Execute(QStringLiteral("DELETE FROM tblEvents WHERE lEvent_id = 7"));
+    Q_EMIT f.notifier.recordsChanged(QStringLiteral("tblEvents"));
+    EXPECT_EQ(events->currentText(), QStringLiteral("<All Events>"));
+    EXPECT_EQ(f.main.state().event.id, 0);
+
+    db.Execute(QStringLiteral("INSERT INTO tblTracks (lTrack_id, sTrack_nm) VALUES (5, 'Oak')"));
+    Q_EMIT f.notifier.recordsChanged(QStringLiteral("tblTracks"));
+    EXPECT_GE(f.main.selector(QStringLiteral("ID_TrackList"))->findText(QStringLiteral("Oak")), 0);
+
+    // A saved run's row is put in the list and selected; a second save rewrites it in place.
+    AddRun(db, 41, 1, "07/04/2003", "10:30 AM", "10.5");
+    Q_EMIT f.notifier.runSaved(41, true);
+    ASSERT_EQ(f.main.grid().RowCount(), 1);
+    EXPECT_EQ(f.main.SelectedKeyText(), QStringLiteral("41"));
+    db.Execute(QStringLiteral("UPDATE tblRuns SET i14Mile_et = 9.75 WHERE lRun_id = 41"));
+    Q_EMIT f.notifier.runSaved(41, false);
+    ASSERT_EQ(f.main.grid().RowCount(), 1);
+    EXPECT_EQ(f.main.grid().Cell(0, f.main.grid().ColumnIndex(u"i14Mile_et")),
+              QStringLiteral("9.750"));
+    EXPECT_EQ(f.main.statusMessage(), QStringLiteral("1 Record(s)"));
+
+    // Another list shown: run news leave it alone.
+    f.main.ListLoad(QStringLiteral("ID_Events"));
+    const int eventRows = f.main.grid().RowCount();
+    AddRun(db, 42, 1, "07/05/2003", "11:30 AM", "10.1");
+    Q_EMIT f.notifier.runSaved(42, true);
+    Q_EMIT f.notifier.runDeleted(41);
+    EXPECT_EQ(f.main.grid().RowCount(), eventRows);
+
+    f.main.ToolClick(QStringLiteral("ID_Runs"));
+    ASSERT_EQ(f.main.grid().RowCount(), 2);
+    Q_EMIT f.notifier.runDeleted(41);
+    EXPECT_EQ(f.main.grid().RowCount(), 1);
+    EXPECT_EQ(f.main.SelectedKeyText(), QStringLiteral("42"));
 }

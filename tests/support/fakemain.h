@@ -23,7 +23,20 @@ public:
 // tests; with its own change notifier and clock it makes the windows' whole context.
 class FakeMain : public shell::MainContext {
 public:
-    FakeMain() { state.car.id = 1; }
+    // What the windows tell the notifier is written down with the calls.
+    FakeMain() {
+        state.car.id = 1;
+        QObject::connect(&events, &store::LogbookEvents::runSaved, [this](qint64 id, bool added) {
+            calls << QStringLiteral("runSaved %1%2").arg(id).arg(added ? " added" : "");
+        });
+        QObject::connect(&events, &store::LogbookEvents::runDeleted,
+                         [this](qint64 id) { calls << QStringLiteral("runDeleted %1").arg(id); });
+        QObject::connect(&events, &store::LogbookEvents::recordsChanged, [this](const QString& t) {
+            calls << QStringLiteral("recordsChanged ") + t;
+        });
+    }
+    FakeMain(const FakeMain&) = delete;
+    FakeMain& operator=(const FakeMain&) = delete;
 
     shell::WindowContext Context(store::Database& db, Messages& messages) {
         return {db, messages, events, clock, state, *this};

@@ -61,11 +61,11 @@ class PagingMain : public test::FakeMain {
 public:
     void CalcAllETPrediction(const QString& corr, const QString& da) override {
         FakeMain::CalcAllETPrediction(corr, da);
-        AddPageLeadin("ET " + corr + " " + da);
+        state.leadin.Add("ET " + corr + " " + da);
     }
     void CalcAllTuneUp(const QString& adr) override {
         FakeMain::CalcAllTuneUp(adr);
-        AddPageLeadin("ADR " + adr);
+        state.leadin.Add("ADR " + adr);
     }
 };
 
@@ -104,10 +104,11 @@ protected:
     void SetUp() override {
         App();
         ASSERT_TRUE(dir.isValid());
-        main.weatherDir = dir.path();
+        main.state.weatherDir = dir.path();
+        main.clock.now = QDateTime(QDate(2005, 7, 4), QTime(15, 5, 9));
         auto fake = std::make_unique<FakeTimer>();
         timer = fake.get();
-        w = std::make_unique<frmWeather>(main, messages, std::move(fake), [this] { return now; });
+        w = std::make_unique<frmWeather>(main.Context(db, messages), std::move(fake));
         w->show();
         w->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(w.get()));
@@ -165,7 +166,7 @@ protected:
     PagingMain main;
     ModalMessages messages;
     FakeTimer* timer = nullptr;
-    QDateTime now{QDate(2005, 7, 4), QTime(15, 5, 9)};
+    store::Database db;  // the window keeps no logbook
     std::unique_ptr<frmWeather> w;
 };
 
@@ -194,7 +195,7 @@ TEST_F(WeatherWindow, OpensLiveWaitingForTheStationWithEveryControlNamed) {
 }
 
 TEST_F(WeatherWindow, GoodReadingIsComputedPushedPagedAndDeleted) {
-    main.AddPageLeadin("stale line");
+    main.state.leadin.Add("stale line");
     Station("Time, Temp, Humidity, Baro\r\nx, 75, 50, 29.92\r\n");
     timer->tick();
 
@@ -202,7 +203,7 @@ TEST_F(WeatherWindow, GoodReadingIsComputedPushedPagedAndDeleted) {
     EXPECT_EQ(Figures(), "1.0294 1,468 95.80 0.438 29.48 55 62.5");
     EXPECT_EQ(Caption("WeatherTime"), kStamp);
     EXPECT_EQ(main.calls, kGoodPushes);
-    EXPECT_EQ(main.GetPageLeadin(), "ET 1.0294 1,468\nADR 95.80");
+    EXPECT_EQ(main.state.leadin.Get(), "ET 1.0294 1,468\nADR 95.80");
     EXPECT_EQ(Page(), "PREFIX_REGULAR_BAROMETRIX_PAGING ET 1.0294 1,468\nADR 95.80\r\n");
     EXPECT_FALSE(StationFileThere());
     EXPECT_EQ(timer->interval(), 15000);
@@ -245,11 +246,11 @@ TEST_F(WeatherWindow, PollingLooksAt15Then1SecondWhileTheFileStaysAway) {
     EXPECT_TRUE(main.calls.isEmpty());
 
     // The directory itself gone: the same, silently.
-    main.weatherDir = dir.filePath("gone");
+    main.state.weatherDir = dir.filePath("gone");
     timer->tick();
     timer->tick();
     EXPECT_EQ(timer->starts.mid(5), (QList<int>{15000, 1000}));
-    main.weatherDir = dir.path();
+    main.state.weatherDir = dir.path();
 }
 
 TEST_F(WeatherWindow, ManualModeTypesLeavesTheFilesAloneAndLiveWipesTheInputs) {
@@ -274,7 +275,7 @@ TEST_F(WeatherWindow, ManualModeTypesLeavesTheFilesAloneAndLiveWipesTheInputs) {
 
     // Keys other than digits, "." and "-" are dropped; Enter moves on, the last input back to
     // the first.
-    now = now.addSecs(60);
+    main.clock.now = main.clock.now.addSecs(60);
     Type("txtTemp", "8a0");
     EXPECT_EQ(Text("txtTemp"), "80");
     EXPECT_EQ(QApplication::focusWidget(), Box("txtHumidity"));
@@ -289,7 +290,7 @@ TEST_F(WeatherWindow, ManualModeTypesLeavesTheFilesAloneAndLiveWipesTheInputs) {
     EXPECT_EQ(QApplication::focusWidget(), Box("txtTemp"));
     // Manual pushes add to the lead-in without clearing it, and write no page.
     EXPECT_EQ(main.calls.size(), 8);
-    EXPECT_EQ(main.GetPageLeadin().count(u'\n'), 2 + 8 - 1);
+    EXPECT_EQ(main.state.leadin.Get().count(u'\n'), 2 + 8 - 1);
     EXPECT_EQ(Page(), "PREFIX_REGULAR_BAROMETRIX_PAGING ET 1.0294 1,468\nADR 95.80\r\n");
 
     // Back to live: inputs wiped, waiting again; then the reading left there is taken.
@@ -420,7 +421,7 @@ TEST_F(WeatherWindow, UnusableStationReadingLeavesTheInputsWithTheirFigures) {
     main.calls.clear();
     const QByteArray page = Page();
     const QString good = Inputs() + " / " + Figures();
-    now = now.addSecs(60);
+    main.clock.now = main.clock.now.addSecs(60);
 
     const auto notUsed = [&](const QByteArray& record, const QString& why) {
         SCOPED_TRACE(record.toStdString());

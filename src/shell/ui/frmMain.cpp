@@ -669,7 +669,8 @@ void frmMain::DblClick() {
         return;
     }
     QString caption;
-    if (state_.storedTool == u"ID_NewRun" || state_.storedTool == u"ID_New" || model_->RowCount() == 0) {
+    if (state_.storedTool == u"ID_NewRun" || state_.storedTool == u"ID_New" ||
+        model_->RowCount() == 0) {
         state_.storedTool = QStringLiteral("ID_New");
         caption = QStringLiteral("New");
     } else {
