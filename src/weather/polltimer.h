@@ -48,7 +48,4 @@ private:
     QTimer timer_;
 };
 
-// The present date and time, local.
-using NowClock = std::function<QDateTime()>;
-
 }  // namespace slipbook::weather
