@@ -1,8 +1,9 @@
 #include "run/runsave.h"
 
-#include "garage/maintenance.h"
 #include "common/forms.h"
 #include "common/numbers.h"
+#include "common/tools.h"
+#include "garage/maintenance.h"
 #include "shell/runlist.h"
 #include "store/access.h"
 #include "store/dberror.h"
@@ -450,7 +451,7 @@ namespace {
 std::unique_ptr<shell::ListLayout> RunRowLayout(store::Database& db,
                                                 const QStringList& columnNames) {
     auto layout = std::make_unique<shell::ListLayout>();
-    layout->mode = QStringLiteral("ID_Runs");
+    layout->mode = tools::kRuns;
     QHash<QString, shell::ListColumn> catalogue;
     {
         store::Query q = db.OpenQuery(QStringLiteral(

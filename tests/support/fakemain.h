@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/tools.h"
 #include "shell/maincontext.h"
 #include "shell/pageleadin.h"
 
@@ -13,7 +14,7 @@ namespace slipbook::test {
 class FakeMain : public shell::MainContext {
 public:
     qint64 carId = 1, eventId = 0, trackId = 0;
-    QString carDesc, eventDesc, trackDesc, view = QStringLiteral("ID_Runs");
+    QString carDesc, eventDesc, trackDesc, view = tools::kRuns;
     bool filterActive = false;
     QString filterString, filterSql, storedTool, keyText, weatherDir;
     QStringList cells;

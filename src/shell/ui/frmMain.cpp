@@ -1,8 +1,11 @@
 #include "shell/ui/frmMain.h"
 
 #include "common/numbers.h"
+#include "common/tools.h"
 #include "common/ui/formhelpers.h"
+#include "common/ui/toolactions.h"
 #include "shell/mainstate.h"
+#include "shell/maintools.h"
 #include "shell/ui/fitwidgets.h"
 #include "shell/ui/frozentableview.h"
 #include "shell/ui/gridprint.h"
@@ -43,56 +46,15 @@ const QString kNotYet = QStringLiteral("Not available yet");
 
 // What each tool does, as its tip and in the status line.
 QString ToolTipOf(const QString& id) {
-    static const QHash<QString, QString> kTips = {
-        {QStringLiteral("ID_New"), QStringLiteral("Enter a new run")},
-        {QStringLiteral("ID_NewRun"), QStringLiteral("Enter a new run")},
-        {QStringLiteral("ID_Open"), QStringLiteral("Open the selected run")},
-        {QStringLiteral("ID_Delete"), QStringLiteral("Delete the selected run")},
-        {QStringLiteral("ID_Print"), QStringLiteral("Print the list as it is shown")},
-        {QStringLiteral("ID_PrintForm"),
-         QStringLiteral("Prints nothing here; Print prints the list")},
-        {QStringLiteral("ID_CopyToDiskette"),
-         QStringLiteral("Copy the logbook to a removable drive or another folder")},
-        {QStringLiteral("ID_CopyFromDiskette"),
-         QStringLiteral("Replace the logbook with a copy; the one replaced is kept beside it")},
-        {QStringLiteral("ID_Exit"), QStringLiteral("Close Slipbook")},
-        {QStringLiteral("ID_Cut"), QStringLiteral("Cuts nothing here: the list is read only")},
-        {QStringLiteral("ID_Copy"), QStringLiteral("Copies nothing here: the list is read only")},
-        {QStringLiteral("ID_Paste"), QStringLiteral("Pastes nothing here: the list is read only")},
-        {QStringLiteral("ID_Runs"),
-         QStringLiteral("List the runs of the chosen car, event and track")},
-        {QStringLiteral("ID_Events"), QStringLiteral("Enter and change events")},
-        {QStringLiteral("ID_Cars"), QStringLiteral("Enter and change cars")},
-        {QStringLiteral("ID_Tracks"), QStringLiteral("Enter and change tracks")},
-        {QStringLiteral("ID_Expenses"), QStringLiteral("Enter and change expenses")},
-        {QStringLiteral("ID_Maintenance"),
-         QStringLiteral("Maintenance items of the car, counted down in runs")},
-        {QStringLiteral("ID_Filter"), QStringLiteral("Filter Run Data")},
-        {QStringLiteral("ID_ViewSetup"), QStringLiteral("Choose the columns of the run list")},
-        {QStringLiteral("ID_DefaultView"),
-         QStringLiteral("The view picked in the list of views is always the default")},
-        {QStringLiteral("ID_Weather"),
-         QStringLiteral("Weather and air figures, from the station or typed in")},
-        {QStringLiteral("ID_ETTS"),
-         QStringLiteral("Dial-in and throttle stop predictions for the car")},
-        {QStringLiteral("ID_TuneUp"), QStringLiteral("Jet and pill changes for the air")},
-        {QStringLiteral("ID_TestTune"), QStringLiteral("Test and tune calculators")},
-        {QStringLiteral("ID_Calculator"), QStringLiteral("Start the system's calculator")},
-        {QStringLiteral("ID_CompactDatabase"),
-         QStringLiteral("Nothing to do: the logbook keeps itself compact")},
-        {QStringLiteral("ID_RepairDatabase"),
-         QStringLiteral("Nothing to do: every save is whole or not made at all")},
-        {QStringLiteral("ID_Contents"), QStringLiteral("Open the help pages")},
-        {QStringLiteral("ID_Quadrumex"), QStringLiteral("Open the maker's web page")},
-        {QStringLiteral("ID_About"), QStringLiteral("Name and version of the program")},
-        {QStringLiteral("ID_CarList"),
-         QStringLiteral("The car whose runs are listed; the car picked opens at the next start")},
-        {QStringLiteral("ID_EventList"), QStringLiteral("List the runs of one event, or of all")},
-        {QStringLiteral("ID_TrackList"), QStringLiteral("List the runs at one track, or at all")},
-        {QStringLiteral("ID_Views"),
-         QStringLiteral("The columns of the run list; the view picked opens at the next start")},
-    };
-    return kTips.value(id);
+    if (const tools::Tool* t = tools::FindTool(MainTools(), id)) {
+        return QString::fromUtf8(t->tip);
+    }
+    for (const Selector& s : MainSelectors()) {
+        if (s.id == id) {
+            return QString::fromUtf8(s.tip);
+        }
+    }
+    return {};
 }
 
 void SetTip(QAction* action, const QString& tip) {
@@ -177,83 +139,29 @@ void frmMain::Available(const QString& id) {
 }
 
 void frmMain::BuildTools() {
-    auto menu = [this](const QString& id, const QString& caption) {
-        QMenu* m = menuBar()->addMenu(caption);
-        m->setObjectName(id);
-        m->menuAction()->setObjectName(id);
-        return m;
-    };
-    QMenu* file = menu(QStringLiteral("ID_mnuFile"), tr("&File"));
-    AddTool(QStringLiteral("ID_New"), tr("&New"), file)->setShortcut(QKeySequence::New);
-    AddTool(QStringLiteral("ID_NewRun"), tr("New Run"), file);
-    AddTool(QStringLiteral("ID_Open"), tr("&Open"), file)->setShortcut(QKeySequence::Open);
-    AddTool(QStringLiteral("ID_Delete"), tr("&Delete"), file);
-    file->addSeparator();
-    AddTool(QStringLiteral("ID_Print"), tr("&Print"), file)->setShortcut(QKeySequence::Print);
-    AddTool(QStringLiteral("ID_PrintForm"), tr("Print Form"), file);
-    file->addSeparator();
-    AddTool(QStringLiteral("ID_CopyToDiskette"), tr("Copy To Diskette"), file);
-    AddTool(QStringLiteral("ID_CopyFromDiskette"), tr("Copy &From Diskette"), file);
-    file->addSeparator();
-    AddTool(QStringLiteral("ID_Exit"), tr("E&xit"), file)->setShortcut(QKeySequence::Quit);
-
-    QMenu* edit = menu(QStringLiteral("ID_mnuEdit"), tr("&Edit"));
-    AddTool(QStringLiteral("ID_Cut"), tr("Cu&t"), edit);
-    AddTool(QStringLiteral("ID_Copy"), tr("&Copy"), edit);
-    AddTool(QStringLiteral("ID_Paste"), tr("&Paste"), edit);
-
-    QMenu* view = menu(QStringLiteral("ID_mnuView"), tr("&View"));
-    for (auto [id, caption] : {std::pair{"ID_Runs", "&Runs"},
-                               {"ID_Events", "E&vents"},
-                               {"ID_Cars", "&Cars"},
-                               {"ID_Tracks", "&Tracks"},
-                               {"ID_Expenses", "E&xpenses"},
-                               {"ID_Maintenance", "&Maintenance"}}) {
-        AddTool(QString::fromLatin1(id), tr(caption), view);
+    QHash<QString, QMenu*> menus;
+    for (const tools::Menu& m : MainMenus()) {
+        QMenu* menu = menuBar()->addMenu(tr(m.caption));
+        menu->setObjectName(m.id);
+        menu->menuAction()->setObjectName(m.id);
+        menus.insert(m.id, menu);
     }
-    view->addSeparator();
-    QAction* filter = AddTool(QStringLiteral("ID_Filter"), tr("&Filter"), view);
-    filter->setCheckable(true);
-    AddTool(QStringLiteral("ID_ViewSetup"), tr("View Setup"), view);
-    AddTool(QStringLiteral("ID_DefaultView"), tr("Default View"), view);
-
-    QMenu* utilities = menu(QStringLiteral("ID_Utilities"), tr("&Utilities"));
-    AddTool(QStringLiteral("ID_Weather"), tr("&Weather"), utilities);
-    AddTool(QStringLiteral("ID_ETTS"), tr("ET/TS"), utilities);
-    AddTool(QStringLiteral("ID_TuneUp"), tr("Tune Up"), utilities);
-    AddTool(QStringLiteral("ID_TestTune"), tr("Test/Tune"), utilities);
-    AddTool(QStringLiteral("ID_Calculator"), tr("Calculator"), utilities);
-    utilities->addSeparator();
-    AddTool(QStringLiteral("ID_CompactDatabase"), tr("Compact Database"), utilities);
-    AddTool(QStringLiteral("ID_RepairDatabase"), tr("Repair Database"), utilities);
-
-    QMenu* help = menu(QStringLiteral("ID_mnuHelp"), tr("&Help"));
-    AddTool(QStringLiteral("ID_Contents"), tr("Contents"), help)
-        ->setShortcut(QKeySequence::HelpContents);
-    AddTool(QStringLiteral("ID_Quadrumex"), tr("Quadrumex on the Web"), help);
-    help->addSeparator();
-    AddTool(QStringLiteral("ID_About"), tr("&About Slipbook"), help);
-    // Tools without an action of their own in the dispatcher.
-    AddTool(QStringLiteral("ID_Close"), tr("&Close"));
-    AddTool(QStringLiteral("ID_Save"), tr("&Save"));
+    for (const tools::Tool& t : MainTools()) {
+        QAction* action = AddTool(t.id, tr(t.caption));
+        action->setShortcuts(ToolKeys(t));
+        action->setCheckable(t.checkable);
+    }
+    const ToolLookup lookup = [this](const QString& id) { return tool(id); };
+    for (const tools::Menu& m : MainMenus()) {
+        FillMenu(menus.value(m.id), m.id, MainTools(), lookup);
+    }
 
     // The tool bar with its selectors.
     toolBar_ = addToolBar(tr("Tools"));
     toolBar_->setObjectName(QStringLiteral("atbMain"));
     toolBar_->setMovable(false);
     toolBar_->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    for (const char* id : {"ID_New", "ID_Open", "ID_Delete", "ID_Print"}) {
-        toolBar_->addAction(tool(QString::fromLatin1(id)));
-    }
-    toolBar_->addSeparator();
-    for (const char* id :
-         {"ID_Runs", "ID_Events", "ID_Cars", "ID_Tracks", "ID_Expenses", "ID_Maintenance"}) {
-        toolBar_->addAction(tool(QString::fromLatin1(id)));
-    }
-    toolBar_->addSeparator();
-    for (const char* id : {"ID_Weather", "ID_ETTS", "ID_TuneUp", "ID_TestTune", "ID_Filter"}) {
-        toolBar_->addAction(tool(QString::fromLatin1(id)));
-    }
+    FillToolBar(toolBar_, MainTools(), lookup);
     addToolBarBreak();
     auto* selectors = addToolBar(tr("Selectors"));
     selectors->setObjectName(QStringLiteral("atbMainSelectors"));
@@ -290,19 +198,19 @@ void frmMain::BuildTools() {
         connect(c, &QComboBox::activated, this, [this, id] { SelectorPicked(id); });
         return c;
     };
-    carList_ =
-        combo(QStringLiteral("ID_CarList"), QStringLiteral("ID_CarsLabel"), tr("Car:"), 12, false);
-    eventList_ = combo(QStringLiteral("ID_EventList"), QStringLiteral("ID_EventsLabel"),
-                       tr("Event:"), 14, true);
-    trackList_ = combo(QStringLiteral("ID_TrackList"), QStringLiteral("ID_TracksLabel"),
-                       tr("Track:"), 12, true);
-    views_ = combo(QStringLiteral("ID_Views"), QString(), QString(), 12, false);
+    for (const Selector& s : MainSelectors()) {
+        combo(s.id, s.label, tr(s.caption), s.characters, s.stretches);
+    }
+    carList_ = selector(tools::kCarList);
+    eventList_ = selector(tools::kEventList);
+    trackList_ = selector(tools::kTrackList);
+    views_ = selector(tools::kViews);
 
     // Windows of later issues: present, waiting for their window.
-    for (const char* id : {"ID_New", "ID_NewRun", "ID_Open", "ID_Delete", "ID_Events", "ID_Cars",
-                           "ID_Tracks", "ID_Expenses", "ID_Maintenance", "ID_Weather", "ID_ETTS",
-                           "ID_TuneUp", "ID_TestTune", "ID_Filter", "ID_ViewSetup"}) {
-        NotYet(QString::fromLatin1(id));
+    for (const tools::Tool& t : MainTools()) {
+        if (t.startsDisabled) {
+            NotYet(t.id);
+        }
     }
 }
 
