@@ -30,7 +30,6 @@
 #include <QSplitter>
 #include <QTableView>
 #include <QToolBar>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace slipbook {
