@@ -1,5 +1,6 @@
 #include "app/windows.h"
 
+#include "common/tools.h"
 #include "garage/ui/frmEvent.h"
 #include "garage/ui/frmMaintenance.h"
 #include "garage/ui/frmTrack.h"
@@ -23,7 +24,7 @@ W* Owned(W* window) {
 template <class W>
 W* WithHelp(W* w, shell::MainContext& main) {
     w->SetHelpHandler([&main] { main.HelpContents(); });
-    w->SetAboutHandler([&main] { main.ClickTool(QStringLiteral("ID_About")); });
+    w->SetAboutHandler([&main] { main.ClickTool(tools::kAbout); });
     return w;
 }
 
@@ -35,8 +36,7 @@ QWidget* Record(const shell::WindowContext& ctx, QWidget* owner) {
 }  // namespace
 
 QWidget* ShowMaintenanceAlert(const shell::WindowContext& ctx, QWidget* /*owner*/, qint64 carId) {
-    auto* window = qobject_cast<garage::frmMaintenance*>(
-        ctx.main.ToolWindow(QStringLiteral("ID_Maintenance")));
+    auto* window = qobject_cast<garage::frmMaintenance*>(ctx.main.ToolWindow(tools::kMaintenance));
     if (window == nullptr) {
         return nullptr;
     }
@@ -49,16 +49,16 @@ QWidget* ShowMaintenanceAlert(const shell::WindowContext& ctx, QWidget* /*owner*
 }
 
 void RegisterWindows(shell::frmMain& main) {
-    main.RegisterWindow(QStringLiteral("ID_Runs"),
+    main.RegisterWindow(tools::kRuns,
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             return WithHelp(Owned(new run::frmRun(ctx, owner)), ctx.main);
                         });
-    main.RegisterDelete(QStringLiteral("ID_Runs"), run::DeleteRunFromList);
-    main.RegisterWindow(QStringLiteral("ID_Events"), Record<garage::frmEvent>);
-    main.RegisterWindow(QStringLiteral("ID_Tracks"), Record<garage::frmTrack>);
-    main.RegisterWindow(QStringLiteral("ID_Maintenance"), Record<garage::frmMaintenance>);
+    main.RegisterDelete(tools::kRuns, run::DeleteRunFromList);
+    main.RegisterWindow(tools::kEvents, Record<garage::frmEvent>);
+    main.RegisterWindow(tools::kTracks, Record<garage::frmTrack>);
+    main.RegisterWindow(tools::kMaintenance, Record<garage::frmMaintenance>);
     main.RegisterShow(shell::windows::kMaintenanceAlert, ShowMaintenanceAlert);
-    main.RegisterWindow(QStringLiteral("ID_Weather"),
+    main.RegisterWindow(tools::kWeather,
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             return Owned(new weather::frmWeather(ctx, {}, owner));
                         });

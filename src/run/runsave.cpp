@@ -1,8 +1,9 @@
 #include "run/runsave.h"
 
-#include "garage/maintenance.h"
 #include "common/forms.h"
 #include "common/numbers.h"
+#include "common/tools.h"
+#include "garage/maintenance.h"
 #include "shell/runlist.h"
 #include "store/access.h"
 #include "store/dberror.h"

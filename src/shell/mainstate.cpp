@@ -1,13 +1,14 @@
 #include "shell/mainstate.h"
 
 #include "common/commandline.h"
+#include "common/tools.h"
 
 #include <QDir>
 
 namespace slipbook::shell {
 
 bool MainState::TakeNewRecordAsked() {
-    if (storedTool != u"ID_New") {
+    if (storedTool != tools::kNew) {
         return false;
     }
     storedTool.clear();

@@ -2,6 +2,7 @@
 
 #include "common/forms.h"
 #include "common/numbers.h"
+#include "common/tools.h"
 #include "shell/valueformat.h"
 #include "store/access.h"
 #include "store/dberror.h"
@@ -116,13 +117,12 @@ void RunColumns(store::Database& db, const ListContext& ctx, ListLayout& layout,
 // The columns a reader matches a printed line to its row by.
 void MarkIdentifyingColumns(ListLayout& layout) {
     static const QHash<QString, QStringList> names = {
-        {QStringLiteral("ID_Runs"),
+        {tools::kRuns,
          {QStringLiteral("dtRun_dt"), QStringLiteral("dtRun_tm"), QStringLiteral("lRun_num")}},
-        {QStringLiteral("ID_Events"),
-         {QStringLiteral("sEvent_nm"), QStringLiteral("dtEventStart_dt")}},
-        {QStringLiteral("ID_Tracks"), {QStringLiteral("sTrack_nm")}},
-        {QStringLiteral("ID_Cars"), {QStringLiteral("sCar_nm"), QStringLiteral("sCar_num")}},
-        {QStringLiteral("ID_Expenses"),
+        {tools::kEvents, {QStringLiteral("sEvent_nm"), QStringLiteral("dtEventStart_dt")}},
+        {tools::kTracks, {QStringLiteral("sTrack_nm")}},
+        {tools::kCars, {QStringLiteral("sCar_nm"), QStringLiteral("sCar_num")}},
+        {tools::kExpenses,
          {QStringLiteral("dtExpense_dt"), QStringLiteral("lExpenseCategory_id")}}};
     const QStringList wanted = names.value(layout.mode);
     for (ListColumn& c : layout.columns) {
@@ -160,7 +160,7 @@ ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListC
                            Messages& messages) {
     ListLayout layout;
     layout.mode = mode;
-    if (mode == u"ID_Events") {
+    if (mode == tools::kEvents) {
         layout.columns = {Hidden("lEvent_id"),
                           Fixed("Description", "sEvent_nm", 3000),
                           Lookup("Track", "lTrack_id", "tblTracks", "sTrack_nm"),
@@ -173,7 +173,7 @@ ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListC
             "SELECT lEvent_id,  sEvent_nm,  lTrack_id,  dtEventStart_dt,  dtEventEnd_dt,  "
             "lEventClass_id,  cPurse_amt,  "
             "sEventNotes_tx  FROM tblEvents  ORDER BY dtEventStart_dt DESC");
-    } else if (mode == u"ID_Tracks") {
+    } else if (mode == tools::kTracks) {
         layout.columns = {Hidden("lTrack_id"),
                           Fixed("Name", "sTrack_nm", 2000),
                           Fixed("Address", ""),
@@ -185,14 +185,14 @@ ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListC
             "SELECT lTrack_id,  sTrack_nm,  sTrackAddress_tx,  sTrackContact_nm,  sTrackPhone,  "
             "sTrackInternet_url,  "
             "sTrackDirections_tx,  sTrackNotes_tx  FROM tblTracks");
-    } else if (mode == u"ID_Cars") {
+    } else if (mode == tools::kCars) {
         layout.columns = {Hidden("lCar_id"), Fixed("Name", "sCar_nm", 3000),
                           Fixed("Number", "sCar_num", 1500), Fixed("Carb", "sCarCarb_typ", 1500),
                           Fixed("Fuel", "sCarFuel_typ", 1000)};
         layout.sql = QStringLiteral(
             "SELECT lCar_id,  sCar_nm,  sCar_num,  sCarCarb_typ,  sCarFuel_typ,  sCarNotes_tx  "
             "FROM tblCars");
-    } else if (mode == u"ID_Expenses") {
+    } else if (mode == tools::kExpenses) {
         layout.columns = {
             Hidden("lExpense_id"),
             Fixed("Date", "dtExpense_dt", 1000, "Date"),
@@ -204,7 +204,7 @@ ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListC
             "SELECT lExpense_id,  dtExpense_dt,  lExpenseCategory_id,  cExpense_amt,  lCar_id,  "
             "lEvent_id,  "
             "sExpenseNotes_tx  FROM tblExpenses");
-    } else if (mode == u"ID_Runs") {
+    } else if (mode == tools::kRuns) {
         RunColumns(db, ctx, layout, messages);
         layout.sql = RunListSql(ctx);
     } else {
@@ -270,14 +270,14 @@ void RowBuilder::RefreshLookups() {
 
 void RowBuilder::Bind(const store::Query& query) {
     cells_.clear();
-    const bool runs = layout_.mode == u"ID_Runs";
+    const bool runs = layout_.mode == tools::kRuns;
     for (size_t i = 0; i < layout_.columns.size(); ++i) {
         const ListColumn& c = layout_.columns[i];
         Cell cell;
         if (i == 0) {
             cell.kind = Cell::Kind::Key;
             cell.field = 0;
-        } else if (layout_.mode == u"ID_Tracks") {
+        } else if (layout_.mode == tools::kTracks) {
             // The tracks list reads its cells by position, some without a column name.
             static const int kFields[] = {0, 1, 2, 3, 4, 5, 7};
             cell.field = kFields[i];
@@ -453,23 +453,23 @@ std::vector<GridColumn> ListLayout::GridColumns() const {
 
 QString LoadNotes(store::Database& db, const QString& mode, const QString& keyText) {
     struct Source {
-        const char* mode;
+        tools::ToolId mode;
         const char* table;
         const char* key;
         const char* notes;
     };
     static const Source kSources[] = {
-        {"ID_Events", "tblEvents", "lEvent_id", "sEventNotes_tx"},
-        {"ID_Runs", "tblRuns", "lRun_id", "sRunNotes_tx"},
-        {"ID_Cars", "tblCars", "lCar_id", "sCarNotes_tx"},
-        {"ID_Tracks", "tblTracks", "lTrack_id", "sTrackDirections_tx"},
-        {"ID_Expenses", "tblExpenses", "lExpense_id", "sExpenseNotes_tx"}};
+        {tools::kEvents, "tblEvents", "lEvent_id", "sEventNotes_tx"},
+        {tools::kRuns, "tblRuns", "lRun_id", "sRunNotes_tx"},
+        {tools::kCars, "tblCars", "lCar_id", "sCarNotes_tx"},
+        {tools::kTracks, "tblTracks", "lTrack_id", "sTrackDirections_tx"},
+        {tools::kExpenses, "tblExpenses", "lExpense_id", "sExpenseNotes_tx"}};
     const auto key = StrictNumber(keyText);
     if (!key) {
         return QString();
     }
     for (const Source& s : kSources) {
-        if (mode == QLatin1String(s.mode)) {
+        if (mode == s.mode) {
             store::Query q = db.OpenQuery(QStringLiteral("SELECT %1, %2 FROM %3 WHERE %1 = %4")
                                               .arg(QLatin1String(s.key), QLatin1String(s.notes),
                                                    QLatin1String(s.table), PlainNumberText(*key)));
@@ -481,10 +481,9 @@ QString LoadNotes(store::Database& db, const QString& mode, const QString& keyTe
 
 namespace {
 
-std::unique_ptr<ListLayout> RunRowLayout(store::Database& db,
-                                                const QStringList& columnNames) {
+std::unique_ptr<ListLayout> RunRowLayout(store::Database& db, const QStringList& columnNames) {
     auto layout = std::make_unique<ListLayout>();
-    layout->mode = QStringLiteral("ID_Runs");
+    layout->mode = tools::kRuns;
     QHash<QString, ListColumn> catalogue;
     {
         store::Query q = db.OpenQuery(QStringLiteral(

@@ -3,6 +3,7 @@
 
 #include "app/windows.h"
 #include "app/application.h"
+#include "common/tools.h"
 #include "shell/ui/frmMain.h"
 #include "shell/ui/qtmessages.h"
 #include "store/dberror.h"
@@ -152,13 +153,13 @@ TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
     }
     EXPECT_EQ(menus, (QStringList{"ID_mnuFile:&File", "ID_mnuEdit:&Edit", "ID_mnuView:&View",
                                   "ID_Utilities:&Utilities", "ID_mnuHelp:&Help"}));
-    auto* help = main.findChild<QMenu*>(QStringLiteral("ID_mnuHelp"));
+    auto* help = main.findChild<QMenu*>(tools::kMnuHelp);
     ASSERT_NE(help, nullptr);
-    EXPECT_TRUE(help->actions().contains(main.tool(QStringLiteral("ID_Contents"))));
-    EXPECT_TRUE(help->actions().contains(main.tool(QStringLiteral("ID_About"))));
-    auto* file = main.findChild<QMenu*>(QStringLiteral("ID_mnuFile"));
+    EXPECT_TRUE(help->actions().contains(main.tool(tools::kContents)));
+    EXPECT_TRUE(help->actions().contains(main.tool(tools::kAbout)));
+    auto* file = main.findChild<QMenu*>(tools::kMnuFile);
     ASSERT_NE(file, nullptr);
-    EXPECT_TRUE(file->actions().contains(main.tool(QStringLiteral("ID_Exit"))));
+    EXPECT_TRUE(file->actions().contains(main.tool(tools::kExit)));
 
     QStringList reported;
     main.setStatusReporter([&](const QString& s) { reported << s; });
@@ -177,7 +178,7 @@ TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
         opened << url;
         return opens;
     });
-    main.tool(QStringLiteral("ID_Contents"))->trigger();
+    main.tool(tools::kContents)->trigger();
     EXPECT_TRUE(opened.isEmpty());
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_TRUE(messages.last().text.contains(QDir::toNativeSeparators(main.helpPath())));
@@ -186,11 +187,11 @@ TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
     QFile page(main.helpPath());
     ASSERT_TRUE(page.open(QIODevice::WriteOnly));
     page.close();
-    main.tool(QStringLiteral("ID_Contents"))->trigger();
+    main.tool(tools::kContents)->trigger();
     EXPECT_EQ(opened, QList<QUrl>{QUrl::fromLocalFile(main.helpPath())});
     EXPECT_EQ(messages.shown.size(), 1u);
     opens = false;
-    main.tool(QStringLiteral("ID_Contents"))->trigger();
+    main.tool(tools::kContents)->trigger();
     EXPECT_EQ(messages.shown.size(), 2u);
 
     // About is a modal window with the name and the version.
@@ -203,14 +204,14 @@ TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
         }
         about->close();
     });
-    main.tool(QStringLiteral("ID_About"))->trigger();
+    main.tool(tools::kAbout)->trigger();
     EXPECT_TRUE(aboutText.contains(QStringLiteral("Slipbook Pro")));
     EXPECT_TRUE(aboutText.contains(QStringLiteral("Version 1.0")));
 
     // Exit closes the window, which ends the program.
     main.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&main));
-    main.tool(QStringLiteral("ID_Exit"))->trigger();
+    main.tool(tools::kExit)->trigger();
     EXPECT_FALSE(main.isVisible());
 }
 
@@ -280,8 +281,8 @@ TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
 
     // The tools of windows still to come wait, and say so; every other tool says what it does,
     // in more words than its caption.
-    const QStringList later = {"ID_Cars",     "ID_Expenses", "ID_ETTS",     "ID_TuneUp",
-                               "ID_TestTune", "ID_Filter",   "ID_ViewSetup"};
+    const QStringList later = {tools::kCars,     tools::kExpenses, tools::kETTS,     tools::kTuneUp,
+                               tools::kTestTune, tools::kFilter,   tools::kViewSetup};
     const QString notYet = QStringLiteral("Not available yet");
     QList<QAction*> tools;
     for (QMenu* menu : main.findChildren<QMenu*>()) {

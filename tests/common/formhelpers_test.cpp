@@ -1,4 +1,5 @@
 #include "common/ui/formhelpers.h"
+#include "common/tools.h"
 
 #include "store/recordset.h"
 #include "support/logbook.h"
@@ -45,9 +46,9 @@ protected:
 
 QList<QAction*> EditTools(QObject* owner) {
     QList<QAction*> tools;
-    for (const char* id : {"ID_Cut", "ID_Copy", "ID_Paste", "ID_SelectAll"}) {
+    for (tools::ToolId id : {tools::kCut, tools::kCopy, tools::kPaste, tools::kSelectAll}) {
         auto* action = new QAction(owner);
-        action->setObjectName(QString::fromLatin1(id));
+        action->setObjectName(id);
         tools << action;
     }
     return tools;
@@ -226,7 +227,7 @@ TEST_F(FormHelpers, EditToolsCutCopyAndPaste) {
     EXPECT_TRUE(cut->isEnabled());
     EXPECT_TRUE(copy->isEnabled());
 
-    EditToolClick(QStringLiteral("ID_Cut"), &edit, tools);
+    EditToolClick(tools::kCut, &edit, tools);
     EXPECT_EQ(clipboard->text(), "world");
     EXPECT_EQ(edit.text(), "hello ");
     EXPECT_FALSE(cut->isEnabled());
@@ -234,41 +235,41 @@ TEST_F(FormHelpers, EditToolsCutCopyAndPaste) {
     EXPECT_TRUE(paste->isEnabled());
 
     edit.setCursorPosition(0);
-    EditToolClick(QStringLiteral("ID_Paste"), &edit, tools);
+    EditToolClick(tools::kPaste, &edit, tools);
     EXPECT_EQ(edit.text(), "worldhello ");
 
-    EditToolClick(QStringLiteral("ID_SelectAll"), &edit, tools);
+    EditToolClick(tools::kSelectAll, &edit, tools);
     EXPECT_EQ(edit.selectedText(), "worldhello ");
     EXPECT_TRUE(copy->isEnabled());
     edit.setSelection(0, 5);
-    EditToolClick(QStringLiteral("ID_Copy"), &edit, tools);
+    EditToolClick(tools::kCopy, &edit, tools);
     EXPECT_EQ(clipboard->text(), "world");
     EXPECT_EQ(edit.text(), "worldhello ");
 
     // Pasting over a selection replaces it.
     edit.setSelection(5, 6);
-    EditToolClick(QStringLiteral("ID_Paste"), &edit, tools);
+    EditToolClick(tools::kPaste, &edit, tools);
     EXPECT_EQ(edit.text(), "worldworld");
 
     // A read-only box gives its text away but keeps it.
     QLineEdit locked(QStringLiteral("1.0234"));
     locked.setReadOnly(true);
     locked.selectAll();
-    EditToolClick(QStringLiteral("ID_Cut"), &locked, tools);
+    EditToolClick(tools::kCut, &locked, tools);
     EXPECT_EQ(clipboard->text(), "1.0234");
     EXPECT_EQ(locked.text(), "1.0234");
 
     // Notes boxes take plain text.
     QPlainTextEdit notes(QStringLiteral("line one\nline two"));
     notes.selectAll();
-    EditToolClick(QStringLiteral("ID_Cut"), &notes, tools);
+    EditToolClick(tools::kCut, &notes, tools);
     EXPECT_EQ(clipboard->text(), "line one\nline two");
     EXPECT_EQ(notes.toPlainText(), "");
 
     // Anything else is left alone, and offers nothing to cut.
     QPushButton button;
     cut->setEnabled(true);
-    EditToolClick(QStringLiteral("ID_Paste"), &button, tools);
+    EditToolClick(tools::kPaste, &button, tools);
     EXPECT_FALSE(cut->isEnabled());
     clipboard->clear();
     EditToolsRefresh(tools, &edit);

@@ -2,9 +2,12 @@
 // their hints, notes that start with "<", impossible dates, numbers their columns can't hold,
 // shortcuts, mnemonics, Tab and Enter, and the tools' tips.
 
+#include "common/recordtools.h"
+#include "common/tools.h"
 #include "garage/ui/frmEvent.h"
 #include "garage/ui/frmMaintenance.h"
 #include "garage/ui/frmTrack.h"
+#include "support/tooltable.h"
 #include "windowtest.h"
 
 #include <QComboBox>
@@ -112,7 +115,7 @@ TEST_F(Entry, NotesTypedBehindTheirHintAreKeptToTheLetter) {
 }
 
 TEST_F(Entry, AnImpossibleDateIsKeptAndNamed) {
-    main.state.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = tools::kNew;
     auto event = Open<garage::frmEvent>();
     auto* start = Child<QLineEdit>(*event, "mebEventStart_dt");
     auto* end = Child<QLineEdit>(*event, "mebEventEnd_dt");
@@ -265,8 +268,40 @@ TEST_F(Entry, MenusHaveOneMnemonicEachAndToolsSayWhatTheyDo) {
             }
         }
     }
-    EXPECT_EQ(windows[0]->tool(QStringLiteral("ID_SaveandClose"))->statusTip(),
+    EXPECT_EQ(windows[0]->tool(tools::kSaveandClose)->statusTip(),
               QStringLiteral("Save this event and close the window"));
+}
+
+TEST_F(Entry, RecordWindowsAreBuiltFromTheirToolTable) {
+    main.state.event.id = 1;
+    std::vector<std::pair<std::unique_ptr<RecordWindow>, QString>> windows;
+    windows.emplace_back(Open<garage::frmEvent>(), QStringLiteral("event"));
+    windows.emplace_back(Open<garage::frmTrack>(), QStringLiteral("track"));
+    windows.emplace_back(Open<garage::frmMaintenance>(), QStringLiteral("maintenance item"));
+    for (const auto& [window, noun] : windows) {
+        SCOPED_TRACE(window->objectName().toStdString());
+        test::ExpectBuiltFromTable(*window, window->findChild<QMenuBar*>(), window->toolBar(),
+                                   RecordTools(), RecordMenus(),
+                                   [&w = *window](const QString& id) { return w.tool(id); });
+        // Tips name the window's record and the tool's first key; nothing typed, nothing to save.
+        for (const tools::Tool& t : RecordTools()) {
+            QAction* a = window->tool(t.id);
+            ASSERT_NE(a, nullptr);
+            if (t.startsDisabled) {
+                EXPECT_FALSE(a->isEnabled()) << qPrintable(a->objectName());
+            }
+            if (t.tip == nullptr) {
+                continue;
+            }
+            const QString tip = QString::fromUtf8(t.tip).replace(QStringLiteral("%1"), noun);
+            EXPECT_EQ(a->statusTip(), tip);
+            EXPECT_EQ(a->toolTip(),
+                      a->shortcuts().isEmpty()
+                          ? tip
+                          : tip + QStringLiteral(" (") +
+                                a->shortcuts().first().toString(QKeySequence::NativeText) + u')');
+        }
+    }
 }
 
 }  // namespace

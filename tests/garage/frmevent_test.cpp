@@ -2,6 +2,7 @@
 // deleting, closing, and what the main window is told.
 
 #include "garage/ui/frmEvent.h"
+#include "common/tools.h"
 #include "common/ui/formhelpers.h"
 #include "store/currency.h"
 #include "store/recordset.h"
@@ -64,11 +65,11 @@ TEST_F(EventWindow, OpensOnTheCurrentEventOrANewOne) {
     EXPECT_EQ(purse->text(), QStringLiteral("0"));
     EXPECT_HINT(notes, "<Type notes here>");
     EXPECT_EQ(list->currentRow(), 0);
-    EXPECT_TRUE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
-    EXPECT_FALSE(window->tool(QStringLiteral("ID_Save"))->isEnabled());
+    EXPECT_TRUE(window->tool(tools::kDelete)->isEnabled());
+    EXPECT_FALSE(window->tool(tools::kSave)->isEnabled());
     EXPECT_FALSE(window->DataChanged());
-    for (const char* id : {"ID_Previous", "ID_Next", "ID_PrevItem", "ID_FirstItem", "ID_NextItem",
-                           "ID_LastItem", "ID_Contents", "ID_About"}) {
+    for (tools::ToolId id : {tools::kPrevious, tools::kNext, tools::kPrevItem, tools::kFirstItem,
+                             tools::kNextItem, tools::kLastItem, tools::kContents, tools::kAbout}) {
         Press(*window, id);  // offered, and nothing happens
     }
     EXPECT_EQ(name->text(), QStringLiteral("Test and Tune Day"));
@@ -76,24 +77,24 @@ TEST_F(EventWindow, OpensOnTheCurrentEventOrANewOne) {
     ShowActive(*window);
     Grab(*window, QStringLiteral("frmEvent"));
 
-    main.state.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = tools::kNew;
     auto fresh = Open();
     EXPECT_TRUE(fresh->RecordAdd());
     EXPECT_EQ(fresh->windowTitle(), QStringLiteral("New - Event"));
     EXPECT_EQ(start->displayText(), QStringLiteral("__/__/____"));
     EXPECT_EQ(tracks->currentIndex(), -1);
-    EXPECT_FALSE(fresh->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    EXPECT_FALSE(fresh->tool(tools::kDelete)->isEnabled());
     EXPECT_TRUE(main.state.storedTool.isEmpty());
 }
 
 TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {
-    main.state.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = tools::kNew;
     auto window = Open();
     ShowActive(*window);
     notes->setPlainText(QStringLiteral("Typed first"));
     const auto save = [&](const char* message, const char* focus) {
         messages.shown.clear();
-        Press(*window, "ID_Save");
+        Press(*window, tools::kSave);
         ASSERT_EQ(messages.shown.size(), 1u) << message;
         EXPECT_EQ(messages.last().text, QString::fromUtf8(message));
         EXPECT_EQ(messages.last().title, QStringLiteral("Data Entry Error"));
@@ -116,7 +117,7 @@ TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {
 
     Pick(classes, "Match Race");
     messages.shown.clear();
-    Press(*window, "ID_Save");
+    Press(*window, tools::kSave);
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_FALSE(window->RecordAdd());
     EXPECT_FALSE(window->DataChanged());
@@ -128,7 +129,7 @@ TEST_F(EventWindow, NewWithChangesSavesFirstAndStaysWhenThatFails) {
     main.state.event.id = 1;
     auto window = Open();
     name->clear();
-    Press(*window, "ID_New");
+    Press(*window, tools::kNew);
     EXPECT_EQ(messages.last().text, QStringLiteral("Event Description Must Be Filled In"));
     EXPECT_FALSE(window->RecordAdd());
     EXPECT_TRUE(window->DataChanged());
@@ -137,7 +138,7 @@ TEST_F(EventWindow, NewWithChangesSavesFirstAndStaysWhenThatFails) {
               QStringLiteral("Test and Tune Day"));
 
     name->setText(QStringLiteral("Renamed Day"));
-    Press(*window, "ID_New");
+    Press(*window, tools::kNew);
     EXPECT_TRUE(window->RecordAdd());
     EXPECT_FALSE(window->DataChanged());
     EXPECT_TRUE(name->text().isEmpty());
@@ -148,7 +149,7 @@ TEST_F(EventWindow, NewWithChangesSavesFirstAndStaysWhenThatFails) {
 }
 
 TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
-    main.state.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = tools::kNew;
     auto window = Open();
     window->SetShowEditsInRed(true);
     const QString eventName = QStringLiteral("Bob's \"Big\" Bracket Bash");
@@ -167,7 +168,7 @@ TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
     QTest::keyClicks(purse, QStringLiteral("12a,5.0-0"));
     EXPECT_EQ(purse->text(), QStringLiteral("12500"));  // digits only
     notes->setPlainText(longNote);
-    Press(*window, "ID_Save");
+    Press(*window, tools::kSave);
     ASSERT_TRUE(messages.shown.empty()) << messages.last().text.toStdString();
     EXPECT_NE(name->palette().color(QPalette::Text), QColor(Qt::red));
 
@@ -196,7 +197,7 @@ TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
 
     // A purse typed with its grouping is a number again.
     purse->setText(QStringLiteral("1,500"));
-    Press(*again, "ID_Save");
+    Press(*again, tools::kSave);
     EXPECT_EQ(
         Scalar(QStringLiteral("SELECT cPurse_amt FROM tblEvents WHERE lEvent_id = %1").arg(id))
             .value<store::Currency>()
@@ -205,12 +206,12 @@ TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
 }
 
 TEST_F(EventWindow, ATypedClassIsOfferedForAddingBeforeTheSave) {
-    main.state.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = tools::kNew;
     auto window = Open();
     FillValid(QStringLiteral("Sportsman Day"));
     classes->setEditText(QStringLiteral("Sportsman Series"));
     messages.answer(MsgAnswer::No);
-    Press(*window, "ID_Save");
+    Press(*window, tools::kSave);
     ASSERT_EQ(messages.shown.size(), 2u);
     EXPECT_EQ(messages.shown[0].text, QStringLiteral("Add Sportsman Series"));
     EXPECT_EQ(messages.shown[0].buttons, MsgButtons::YesNo);
@@ -225,18 +226,18 @@ TEST_F(EventWindow, ATypedClassIsOfferedForAddingBeforeTheSave) {
                                .toLongLong();
     ASSERT_GT(classId, 5);
     EXPECT_EQ(classes->currentData().toLongLong(), classId);
-    Press(*window, "ID_Save");
+    Press(*window, tools::kSave);
     EXPECT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(Scalar(QStringLiteral(
                   "SELECT lEventClass_id FROM tblEvents WHERE sEvent_nm = 'Sportsman Day'")),
               classId);
 
     // A typed name of a class in the list, in another case, is that class.
-    Press(*window, "ID_New");
+    Press(*window, tools::kNew);
     FillValid(QStringLiteral("Second Day"));
     classes->setCurrentIndex(-1);
     classes->setEditText(QStringLiteral("match race"));
-    Press(*window, "ID_Save");
+    Press(*window, tools::kSave);
     EXPECT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(Scalar(QStringLiteral(
                   "SELECT lEventClass_id FROM tblEvents WHERE sEvent_nm = 'Second Day'")),
@@ -250,13 +251,13 @@ TEST_F(EventWindow, DeleteFollowsUseAndAsksFirst) {
         "'Fall Classic', 1, 1)"));
     main.state.event.id = 1;
     auto window = Open();
-    EXPECT_FALSE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    EXPECT_FALSE(window->tool(tools::kDelete)->isEnabled());
     QTest::keyClick(list, Qt::Key_Delete);
     EXPECT_TRUE(messages.shown.empty());
 
     list->setCurrentRow(1);
     EXPECT_EQ(name->text(), QStringLiteral("Fall Classic"));
-    ASSERT_TRUE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    ASSERT_TRUE(window->tool(tools::kDelete)->isEnabled());
     QTest::keyClick(list, Qt::Key_Delete);  // answered with the default, No
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.last().text,
@@ -269,16 +270,16 @@ TEST_F(EventWindow, DeleteFollowsUseAndAsksFirst) {
     // Used since the tool was set up: the check runs again and nothing is asked.
     logbook.db().Execute(
         QStringLiteral("INSERT INTO tblExpenses (lEvent_id, cExpense_amt) VALUES (2, 10)"));
-    Press(*window, "ID_Delete");
+    Press(*window, tools::kDelete);
     EXPECT_EQ(messages.shown.size(), 1u);
-    EXPECT_FALSE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    EXPECT_FALSE(window->tool(tools::kDelete)->isEnabled());
     logbook.db().Execute(QStringLiteral("DELETE * FROM tblExpenses"));
 
     list->setCurrentRow(0);
     list->setCurrentRow(1);
     main.calls.clear();
     messages.answer(MsgAnswer::Yes);
-    Press(*window, "ID_Delete");
+    Press(*window, tools::kDelete);
     EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblEvents")).toInt(), 1);
     EXPECT_EQ(list->count(), 1);
     EXPECT_EQ(name->text(), QStringLiteral("Test and Tune Day"));
@@ -320,10 +321,10 @@ TEST_F(EventWindow, ClosingAsksToSaveAndActsOnTheAnswer) {
 TEST_F(EventWindow, AFailedSaveKeepsTheTypedRecordAndSaysWhy) {
     logbook.db().Execute(
         QStringLiteral("CREATE UNIQUE INDEX ixEventName ON tblEvents (sEvent_nm)"));
-    main.state.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = tools::kNew;
     auto window = Open();
     FillValid(QStringLiteral("Test and Tune Day"));
-    Press(*window, "ID_SaveandClose");
+    Press(*window, tools::kSaveandClose);
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.last().text, QStringLiteral("Duplicates Existing Record, Cannot Save"));
     EXPECT_EQ(messages.last().title, QStringLiteral("Duplicate Record Error"));
@@ -333,7 +334,7 @@ TEST_F(EventWindow, AFailedSaveKeepsTheTypedRecordAndSaysWhy) {
     EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblEvents")).toInt(), 1);
 
     name->setText(QStringLiteral("Another Day"));
-    Press(*window, "ID_Save");
+    Press(*window, tools::kSave);
     EXPECT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(list->count(), 2);
 }

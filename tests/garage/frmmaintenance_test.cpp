@@ -2,6 +2,7 @@
 // editing, completing and deleting items, and the run window's way in.
 
 #include "garage/ui/frmMaintenance.h"
+#include "common/tools.h"
 #include "store/recordset.h"
 #include "windowtest.h"
 
@@ -30,10 +31,10 @@ struct MaintenanceWindow : WindowTest {
         made = Child<QLineEdit>(*window, "txtRunsMade");
         completed = Child<QCheckBox>(*window, "chkCompleted");
         date = Child<QLineEdit>(*window, "mebMaintenance_dt");
-        filterCar = Child<QComboBox>(*window, "ID_efCar");
-        filterStatus = Child<QComboBox>(*window, "ID_efStatus");
-        from = Child<QLineEdit>(*window, "ID_efDateFrom");
-        to = Child<QLineEdit>(*window, "ID_efDateTo");
+        filterCar = Child<QComboBox>(*window, tools::kEfCar);
+        filterStatus = Child<QComboBox>(*window, tools::kEfStatus);
+        from = Child<QLineEdit>(*window, tools::kEfDateFrom);
+        to = Child<QLineEdit>(*window, tools::kEfDateTo);
         return window;
     }
     QString Cell(int row, int column) const {
@@ -146,12 +147,12 @@ TEST_F(MaintenanceWindow, ValidatesAndSavesANewItem) {
     auto window = Open();
     ShowActive(*window);
     window->ShowParameters(0, 0);
-    Press(*window, "ID_New");
+    Press(*window, tools::kNew);
     EXPECT_EQ(car->currentIndex(), -1);  // all cars: no default
     EXPECT_HINT(notes, "<Type maintenance description here>");
     const auto save = [&](const char* message, const char* focus) {
         messages.shown.clear();
-        Press(*window, "ID_Save");
+        Press(*window, tools::kSave);
         ASSERT_EQ(messages.shown.size(), 1u) << message;
         EXPECT_EQ(messages.last().text, QString::fromUtf8(message));
         EXPECT_EQ(messages.last().title, QStringLiteral("Data Entry Error"));
@@ -173,7 +174,7 @@ TEST_F(MaintenanceWindow, ValidatesAndSavesANewItem) {
     EXPECT_EQ(date->displayText(), QStringLiteral("__/__/____"));
 
     messages.shown.clear();
-    Press(*window, "ID_Save");
+    Press(*window, tools::kSave);
     ASSERT_TRUE(messages.shown.empty());
     const qint64 id = window->CurrentRecordId();
     EXPECT_EQ(Cell(SelectedRow(), 0), QString::number(id));
@@ -241,9 +242,9 @@ TEST_F(MaintenanceWindow, AnotherLineAsksToSaveTheShownOne) {
 TEST_F(MaintenanceWindow, DeleteRemovesTheLine) {
     auto window = Open();
     Click(4);
-    ASSERT_TRUE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    ASSERT_TRUE(window->tool(tools::kDelete)->isEnabled());
     messages.answer(MsgAnswer::Yes);
-    Press(*window, "ID_Delete");
+    Press(*window, tools::kDelete);
     EXPECT_EQ(messages.last().text,
               QStringLiteral("Delete The Maintenance Record For (Example Future Maintenance)"));
     EXPECT_EQ(Column(0), (QStringList{"5", "1", "2", "3"}));
@@ -268,7 +269,7 @@ TEST_F(MaintenanceWindow, ShowParametersAndAlertForTheRunWindow) {
               QStringLiteral("NOTE: Upcoming or Critical Maintenance Items exist for this car"));
 
     // A new item starts on the filter's car.
-    Press(*window, "ID_New");
+    Press(*window, tools::kNew);
     EXPECT_EQ(car->currentText(), QStringLiteral("My Race Car"));
 }
 

@@ -1,6 +1,7 @@
 // The track window: its fields, its two notes tabs, its checks and its use by events.
 
 #include "garage/ui/frmTrack.h"
+#include "common/tools.h"
 #include "store/recordset.h"
 #include "windowtest.h"
 
@@ -39,16 +40,16 @@ struct TrackWindow : WindowTest {
 };
 
 TEST_F(TrackWindow, ValidatesNameThenAddress) {
-    main.state.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = tools::kNew;
     auto window = Open();
     ShowActive(*window);
     contact->setText(QStringLiteral("Pat"));
-    Press(*window, "ID_SaveandNew");
+    Press(*window, tools::kSaveandNew);
     EXPECT_EQ(messages.last().text, QStringLiteral("Track Name Must Be Filled In"));
     EXPECT_EQ(messages.last().title, QStringLiteral("Data Entry Error"));
     EXPECT_EQ(FocusName(*window), QStringLiteral("txtTrack_nm"));
     name->setText(QStringLiteral("Desert Strip"));
-    Press(*window, "ID_SaveandNew");
+    Press(*window, tools::kSaveandNew);
     EXPECT_EQ(messages.last().text, QStringLiteral("Track Address Must Be Filled In"));
     EXPECT_EQ(FocusName(*window), QStringLiteral("txtTrackAddress_tx"));
     EXPECT_EQ(contact->text(), QStringLiteral("Pat"));  // Save and New stayed on the record
@@ -56,7 +57,7 @@ TEST_F(TrackWindow, ValidatesNameThenAddress) {
 }
 
 TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
-    main.state.storedTool = QStringLiteral("ID_New");
+    main.state.storedTool = tools::kNew;
     main.state.track.id = 1;
     auto window = Open();
     EXPECT_EQ(window->windowTitle(), QStringLiteral("New - Track"));
@@ -71,7 +72,7 @@ TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
     url->setText(QStringLiteral("http://example.org/o'reilly"));
     notes->setPlainText(QStringLiteral("Bring a 'jacket'"));
     main.calls.clear();
-    Press(*window, "ID_Save");
+    Press(*window, tools::kSave);
     ASSERT_TRUE(messages.shown.empty()) << messages.last().text.toStdString();
     EXPECT_EQ(main.calls, (QStringList{"recordsChanged tblTracks"}));
     EXPECT_EQ(main.state.track.id, 1);
@@ -105,7 +106,7 @@ TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
 
     // An emptied phone box stores nothing.
     phone->clear();
-    Press(*again, "ID_Save");
+    Press(*again, tools::kSave);
     EXPECT_TRUE(
         Scalar(QStringLiteral("SELECT sTrackPhone FROM tblTracks WHERE lTrack_id = %1").arg(id))
             .isNull());
@@ -114,18 +115,18 @@ TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
 TEST_F(TrackWindow, ATrackWithEventsCannotBeDeleted) {
     main.state.track.id = 1;
     auto window = Open();
-    EXPECT_FALSE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    EXPECT_FALSE(window->tool(tools::kDelete)->isEnabled());
 
-    Press(*window, "ID_New");
+    Press(*window, tools::kNew);
     name->setText(QStringLiteral("Spare Strip"));
     address->setPlainText(QStringLiteral("Nowhere"));
-    Press(*window, "ID_Save");
-    ASSERT_TRUE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    Press(*window, tools::kSave);
+    ASSERT_TRUE(window->tool(tools::kDelete)->isEnabled());
     const qint64 id = window->CurrentRecordId();
 
     main.calls.clear();
     messages.answer(MsgAnswer::Yes);
-    Press(*window, "ID_Delete");
+    Press(*window, tools::kDelete);
     EXPECT_EQ(messages.last().text,
               QStringLiteral("Delete The Spare Strip - Track Record For (Spare Strip)"));
     EXPECT_TRUE(

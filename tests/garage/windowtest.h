@@ -3,6 +3,7 @@
 // Record windows driven offscreen: one application object for the test program, the windows'
 // tools pressed as the user would, and fields left as the user would leave them.
 
+#include "common/tools.h"
 #include "common/ui/recordwindow.h"
 #include "support/fakemain.h"
 #include "support/logbook.h"
@@ -29,10 +30,10 @@ inline QApplication& GuiApp() {
 }
 
 // A tool pressed as the user can: never one that is disabled.
-inline void Press(RecordWindow& window, const char* toolId) {
-    QAction* tool = window.tool(QString::fromLatin1(toolId));
-    ASSERT_NE(tool, nullptr) << toolId;
-    ASSERT_TRUE(tool->isEnabled()) << toolId << " is disabled";
+inline void Press(RecordWindow& window, const QString& toolId) {
+    QAction* tool = window.tool(toolId);
+    ASSERT_NE(tool, nullptr) << qPrintable(toolId);
+    ASSERT_TRUE(tool->isEnabled()) << qPrintable(toolId) << " is disabled";
     tool->trigger();
 }
 
@@ -44,9 +45,9 @@ inline void Press(RecordWindow& window, const char* toolId) {
     } while (false)
 
 template <typename T>
-T* Child(QWidget& window, const char* name) {
-    T* child = window.findChild<T*>(QString::fromLatin1(name));
-    EXPECT_NE(child, nullptr) << name;
+T* Child(QWidget& window, const QString& name) {
+    T* child = window.findChild<T*>(name);
+    EXPECT_NE(child, nullptr) << qPrintable(name);
     return child;
 }
 

@@ -5,6 +5,7 @@
 
 #include "run/ui/frmRun.h"
 #include "app/windows.h"
+#include "common/tools.h"
 #include "garage/ui/frmMaintenance.h"
 #include "garage/windowtest.h"
 #include "run/runsave.h"
@@ -41,12 +42,12 @@ public:
     FakeGrid(FakeMain& main, store::Database& db) {
         QObject::connect(
             &main.events, &store::LogbookEvents::runSaved, [&main, &db, this](qint64 id) {
-                if (main.state.view == u"ID_Runs") {
+                if (main.state.view == tools::kRuns) {
                     puts << QString::number(id) + u'|' + shell::RunGridRow(db, columns, id);
                 }
             });
         QObject::connect(&main.events, &store::LogbookEvents::runDeleted, [&main, this](qint64 id) {
-            if (main.state.view == u"ID_Runs") {
+            if (main.state.view == tools::kRuns) {
                 removed << QString::number(id);
             }
         });
@@ -74,11 +75,11 @@ struct RunWindow : WindowTest {
     RunWindow() {
         // The main window's one maintenance window, made when first asked for.
         main.toolWindow = [this](const QString& id) -> QWidget* {
-            if (id == u"ID_Maintenance" && !maintenance) {
+            if (id == tools::kMaintenance && !maintenance) {
                 maintenance = new garage::frmMaintenance(Context());
                 maintenance->setAttribute(Qt::WA_DeleteOnClose, true);
             }
-            return id == u"ID_Maintenance" ? maintenance.data() : nullptr;
+            return id == tools::kMaintenance ? maintenance.data() : nullptr;
         };
         // The alert as the program shows it.
         main.showWindow = [this](QStringView name, qint64 id) -> QWidget* {
@@ -99,7 +100,7 @@ struct RunWindow : WindowTest {
         return window;
     }
     std::unique_ptr<frmRun> OpenNew(qint64 event = 1) {
-        main.state.storedTool = QStringLiteral("ID_New");
+        main.state.storedTool = tools::kNew;
         main.state.event.id = event;
         return Open();
     }
@@ -117,8 +118,7 @@ struct RunWindow : WindowTest {
                          .toLongLong();
         QStringList names;
         for (const auto& c :
-             shell::BuildListLayout(logbook.db(), QStringLiteral("ID_Runs"), ctx, messages)
-                 .columns) {
+             shell::BuildListLayout(logbook.db(), tools::kRuns, ctx, messages).columns) {
             names << c.name;
         }
         return names;
@@ -217,12 +217,12 @@ TEST_F(RunWindow, ANewRunTypedEndToEnd) {
     EXPECT_EQ(F(*w, "txt60to330foot_et")->text(), QString());
     // The car carries forward: its Null notes come as none, with the hint.
     EXPECT_HINT(F<QPlainTextEdit>(*w, "rtbRunNotes_tx"), "<Type notes here>");
-    EXPECT_FALSE(w->tool(QStringLiteral("ID_Delete"))->isEnabled());
-    EXPECT_FALSE(w->tool(QStringLiteral("ID_Save"))->isEnabled());
+    EXPECT_FALSE(w->tool(tools::kDelete)->isEnabled());
+    EXPECT_FALSE(w->tool(tools::kSave)->isEnabled());
 
     Type(F(*w, "txtRunNumber"), QStringLiteral("3"));
     EXPECT_TRUE(w->DataChanged());
-    EXPECT_TRUE(w->tool(QStringLiteral("ID_Save"))->isEnabled());
+    EXPECT_TRUE(w->tool(tools::kSave)->isEnabled());
     EXPECT_EQ(F(*w, "txtRunNumber")->palette().color(QPalette::Text), QColor(Qt::red));
     F(*w, "mebRun_tm")->setText(QStringLiteral("10:05 AM"));
     Pick(F<QComboBox>(*w, "cboOpponents"), "Bye Run");
@@ -251,7 +251,7 @@ TEST_F(RunWindow, ANewRunTypedEndToEnd) {
     EXPECT_EQ(F(*w, "txt60to330foot_et")->text(), QStringLiteral("2.61 "));
 
     const double made = RunsMade(3);
-    Press(*w, "ID_SaveandClose");
+    Press(*w, tools::kSaveandClose);
     EXPECT_TRUE(w->isHidden());
     EXPECT_EQ(main.lockCount, 0);
     const qint64 id = LastRunId();
@@ -306,7 +306,7 @@ TEST_F(RunWindow, ANewRunTypedEndToEnd) {
     EXPECT_EQ(F(*again, "txtDryBarometer")->text(), QStringLiteral("29.48 "));
     EXPECT_EQ(F(*again, "txt60to330foot_et")->text(), QStringLiteral("2.61 "));
     EXPECT_TRUE(F<QRadioButton>(*again, "ssoptRight")->isChecked());
-    EXPECT_TRUE(again->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    EXPECT_TRUE(again->tool(tools::kDelete)->isEnabled());
     EXPECT_FALSE(again->DataChanged());
 }
 
@@ -316,7 +316,7 @@ TEST_F(RunWindow, ChecksInOrderWithTheirMessagesAndFocus) {
     EXPECT_TRUE(F<QComboBox>(*w, "cboEvents")->isEnabled());
     const auto save = [&](const char* message, const char* focus) {
         messages.shown.clear();
-        Press(*w, "ID_Save");
+        Press(*w, tools::kSave);
         ASSERT_FALSE(messages.shown.empty()) << message;
         EXPECT_EQ(messages.shown[0].text, QString::fromLatin1(message));
         EXPECT_EQ(messages.shown[0].title, QStringLiteral("Data Entry Error"));
@@ -358,10 +358,10 @@ TEST_F(RunWindow, ChecksInOrderWithTheirMessagesAndFocus) {
     // Save and New with a failed check stays on the run; with a good one it starts the next.
     F(*w, "txtRunNumber")->setText(QStringLiteral("0"));
     messages.shown.clear();
-    Press(*w, "ID_New");
+    Press(*w, tools::kNew);
     EXPECT_EQ(Shown(), QStringList{QStringLiteral("Run Number Must Be Entered")});
     EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")).toInt(), 0);
-    Press(*w, "ID_New");
+    Press(*w, tools::kNew);
     const auto row = RunRow(LastRunId());
     EXPECT_TRUE(row.value("dtRun_dt").isNull());
     EXPECT_DOUBLE_EQ(row.value("iHumidity_val").toDouble(), 0);
@@ -432,7 +432,7 @@ TEST_F(RunWindow, IntervalsAndNumberBoxesWhileTyping) {
     Type(F(*v, "txtMarginOfVictory_ft"), QStringLiteral("1.2.3x"));
     EXPECT_EQ(F(*v, "txtMarginOfVictory_ft")->text(), QStringLiteral("1.2.3"));
     messages.shown.clear();
-    Press(*v, "ID_SaveandClose");
+    Press(*v, tools::kSaveandClose);
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")).toInt(), 0);
     EXPECT_FALSE(v->isHidden());
@@ -559,7 +559,7 @@ TEST_F(RunWindow, CarryForwardOnAndOff) {
     // Save and New: the next run's tabs start blank although the car has the values.
     w = OpenNew();
     Type(F(*w, "txtJet(1)"), QStringLiteral("74"));
-    Press(*w, "ID_SaveandNew");
+    Press(*w, tools::kSaveandNew);
     TakeAlerts();
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sJet2_val FROM tblCars")).toString(),
               QStringLiteral("74"));
@@ -575,7 +575,7 @@ TEST_F(RunWindow, CarryForwardOnAndOff) {
     EXPECT_EQ(F(*off, "txtLaunchRPM")->text(), QStringLiteral("0"));
     EXPECT_HINT(F<QPlainTextEdit>(*off, "rtbRunNotes_tx"), "<Type notes here>");
     Type(F(*off, "txtRunNumber"), QStringLiteral("9"));
-    Press(*off, "ID_SaveandClose");
+    Press(*off, tools::kSaveandClose);
     TakeAlerts();
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sJet1_val FROM tblCars")).toString(), QString());
     // The hint is no note, for the car either.
@@ -610,7 +610,7 @@ TEST_F(RunWindow, TheCarFollowsOnlyTheNewestRunAndTheCountersOnlyNewRuns) {
 
     auto w = OpenRun(older);
     Type(F(*w, "txtSlicks"), QStringLiteral("older"));
-    Press(*w, "ID_Save");
+    Press(*w, tools::kSave);
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sSlicks_val FROM tblCars")).toString(),
               QStringLiteral("car"));
     EXPECT_EQ(RunsMade(1), made);  // an edit counts nothing
@@ -620,17 +620,17 @@ TEST_F(RunWindow, TheCarFollowsOnlyTheNewestRunAndTheCountersOnlyNewRuns) {
 
     w = OpenRun(newer);
     Type(F(*w, "txtSlicks"), QStringLiteral("newest"));
-    Press(*w, "ID_SaveandClose");
+    Press(*w, tools::kSaveandClose);
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sSlicks_val FROM tblCars")).toString(),
               QStringLiteral("newest"));
 
     // The list shows another view now: it is left alone.
     w = OpenRun(newer);
-    main.state.view = QStringLiteral("ID_Events");
+    main.state.view = tools::kEvents;
     Type(F(*w, "txtSlicks"), QStringLiteral("again"));
-    Press(*w, "ID_SaveandClose");
+    Press(*w, tools::kSaveandClose);
     EXPECT_TRUE(grid->puts.isEmpty());
-    main.state.view = QStringLiteral("ID_Runs");
+    main.state.view = tools::kRuns;
 
     // The tune-up button saves a new run first and holds the maintenance alert until closing;
     // the run is counted once.
@@ -694,7 +694,7 @@ TEST_F(RunWindow, NumbersOpponentsNamesAndShowingAStoredRow) {
     EXPECT_FALSE(F(*w, "txtCustomName1")->isHidden());
     EXPECT_TRUE(F<QLabel>(*w, "CustomCaption1")->isHidden());
     Type(F(*w, "txtCustomName2"), QStringLiteral("Tire's \"Brand\""));
-    Press(*w, "ID_SaveandNew");
+    Press(*w, tools::kSaveandNew);
     TakeAlerts();
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sColumnHeader FROM tblListViewColumns WHERE "
                                     "sFieldName = 'Custom2'"))
@@ -717,7 +717,7 @@ TEST_F(RunWindow, NumbersOpponentsNamesAndShowingAStoredRow) {
     opponents->setEditText(QStringLiteral("Nobody"));
     messages.answer(MsgAnswer::No);
     messages.shown.clear();
-    Press(*w, "ID_Save");
+    Press(*w, tools::kSave);
     EXPECT_EQ(Shown(), (QStringList{QStringLiteral("Add Nobody"),
                                     QStringLiteral("Opponent Must Be Selected")}));
 
@@ -743,7 +743,7 @@ TEST_F(RunWindow, NumbersOpponentsNamesAndShowingAStoredRow) {
     messages.shown.clear();
     auto missing = OpenRun(first);  // run number 1: outside the filter
     EXPECT_EQ(Shown(), QStringList{QStringLiteral("False")});
-    EXPECT_FALSE(missing->tool(QStringLiteral("ID_Delete"))->isEnabled());
+    EXPECT_FALSE(missing->tool(tools::kDelete)->isEnabled());
 }
 
 TEST_F(RunWindow, DeleteFromTheRunWindow) {
@@ -753,7 +753,7 @@ TEST_F(RunWindow, DeleteFromTheRunWindow) {
     auto w = OpenRun(60);
     w->setWindowTitle(QStringLiteral("07/04/2024 - Run "));
     messages.answer(MsgAnswer::No);
-    Press(*w, "ID_Delete");
+    Press(*w, tools::kDelete);
     EXPECT_EQ(messages.last().text,
               QStringLiteral("Delete The 07/04/2024 - Run  Record For (07/04/2024)"));
     EXPECT_EQ(messages.last().title, QStringLiteral("Delete"));
@@ -761,7 +761,7 @@ TEST_F(RunWindow, DeleteFromTheRunWindow) {
     EXPECT_EQ(messages.last().defaultAnswer, MsgAnswer::No);
     EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")).toInt(), 1);
     messages.answer(MsgAnswer::Yes);
-    Press(*w, "ID_Delete");
+    Press(*w, tools::kDelete);
     EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblRuns")).toInt(), 0);
     EXPECT_EQ(grid->removed, QStringList{QStringLiteral("60")});
     EXPECT_EQ(main.lockCount, 0);  // closed and the list freed
@@ -779,8 +779,8 @@ TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
     main.FormLoadStuff();
     ASSERT_EQ(main.grid().RowCount(), 0);
 
-    main.ToolClick(QStringLiteral("ID_New"));
-    auto* w = qobject_cast<frmRun*>(main.OpenWindow(QStringLiteral("ID_Runs")));
+    main.ToolClick(tools::kNew);
+    auto* w = qobject_cast<frmRun*>(main.OpenWindow(tools::kRuns));
     ASSERT_NE(w, nullptr);
     EXPECT_EQ(w->windowTitle(), QStringLiteral("New - Run "));
     EXPECT_EQ(main.lockCount(), 1);
@@ -791,7 +791,7 @@ TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
     auto* dial = qobject_cast<QLineEdit*>(w->Control(QStringLiteral("txtDialIn")));
     dial->selectAll();
     QTest::keyClicks(dial, QStringLiteral("11.25"));
-    w->tool(QStringLiteral("ID_SaveandClose"))->trigger();
+    w->tool(tools::kSaveandClose)->trigger();
     QApplication::processEvents();
     for (QWidget* top : QApplication::topLevelWidgets()) {
         if (qobject_cast<garage::frmMaintenance*>(top) != nullptr) {
@@ -809,8 +809,8 @@ TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
     EXPECT_EQ(main.statusMessage(), QStringLiteral("1 Record(s)"));
 
     // Opened on the row, shown with the row's caption.
-    main.ToolClick(QStringLiteral("ID_Open"));
-    w = qobject_cast<frmRun*>(main.OpenWindow(QStringLiteral("ID_Runs")));
+    main.ToolClick(tools::kOpen);
+    w = qobject_cast<frmRun*>(main.OpenWindow(tools::kRuns));
     ASSERT_NE(w, nullptr);
     EXPECT_EQ(qobject_cast<QLineEdit*>(w->Control(QStringLiteral("txtDialIn")))->text(),
               QStringLiteral("11.25 "));
@@ -819,7 +819,7 @@ TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
 
     // Deleted from the list: the question names the run, and the row goes.
     messages.answer(MsgAnswer::Yes);
-    main.ToolClick(QStringLiteral("ID_Delete"));
+    main.ToolClick(tools::kDelete);
     EXPECT_EQ(messages.last().text,
               QStringLiteral("Delete The Run Record For (") +
                   QDate::currentDate().toString(QStringLiteral("MM/dd/yyyy")) + u')');
@@ -845,13 +845,13 @@ TEST(RunWindowInMain, AlertsShareTheOneMaintenanceWindowAndRenamedFieldsHeadTheL
     // Every open item of the car is due, and the racer has the maintenance window open.
     logbook.db().Execute(QStringLiteral(
         "UPDATE tblMaintenance SET iRunsMade = iScheduledRuns WHERE bCompleted = 0"));
-    main.ToolClick(QStringLiteral("ID_Maintenance"));
-    QPointer<QWidget> open = main.OpenWindow(QStringLiteral("ID_Maintenance"));
+    main.ToolClick(tools::kMaintenance);
+    QPointer<QWidget> open = main.OpenWindow(tools::kMaintenance);
     ASSERT_NE(open, nullptr);
 
     const auto saveRun = [&](const QString& customName) {
-        main.ToolClick(QStringLiteral("ID_New"));
-        auto* w = qobject_cast<frmRun*>(main.OpenWindow(QStringLiteral("ID_Runs")));
+        main.ToolClick(tools::kNew);
+        auto* w = qobject_cast<frmRun*>(main.OpenWindow(tools::kRuns));
         ASSERT_NE(w, nullptr);
         auto* events = qobject_cast<QComboBox*>(w->Control(QStringLiteral("cboEvents")));
         events->setCurrentIndex(events->findText(QStringLiteral("Test and Tune Day")));
@@ -865,7 +865,7 @@ TEST(RunWindowInMain, AlertsShareTheOneMaintenanceWindowAndRenamedFieldsHeadTheL
         auto* dial = qobject_cast<QLineEdit*>(w->Control(QStringLiteral("txtDialIn")));
         dial->selectAll();
         QTest::keyClicks(dial, QStringLiteral("11.25"));
-        w->tool(QStringLiteral("ID_SaveandClose"))->trigger();
+        w->tool(tools::kSaveandClose)->trigger();
         QApplication::processEvents();
     };
     saveRun(QString());
@@ -877,7 +877,7 @@ TEST(RunWindowInMain, AlertsShareTheOneMaintenanceWindowAndRenamedFieldsHeadTheL
         windows += qobject_cast<garage::frmMaintenance*>(top) != nullptr ? 1 : 0;
     }
     EXPECT_EQ(windows, 1);
-    EXPECT_EQ(main.OpenWindow(QStringLiteral("ID_Maintenance")), open.data());
+    EXPECT_EQ(main.OpenWindow(tools::kMaintenance), open.data());
     EXPECT_EQ(std::count_if(messages.shown.begin(), messages.shown.end(),
                             [](const Message& m) {
                                 return m.text == QStringLiteral(
@@ -886,7 +886,7 @@ TEST(RunWindowInMain, AlertsShareTheOneMaintenanceWindowAndRenamedFieldsHeadTheL
                                                      "this car");
                             }),
               2);
-    EXPECT_EQ(open->findChild<QComboBox*>(QStringLiteral("ID_efCar"))->currentText(),
+    EXPECT_EQ(open->findChild<QComboBox*>(tools::kEfCar)->currentText(),
               QStringLiteral("My Race Car"));
 
     // The renamed field heads its column in the list at once, and the saved run stays selected.

@@ -1,6 +1,7 @@
 // The run record without its window: the field table, the intervals, and the save against a
 // real logbook (the row, the car, the counters, the names, numbering, the list row).
 
+#include "common/tools.h"
 #include "run/fieldtable.h"
 #include "run/intervals.h"
 #include "run/runsave.h"
@@ -431,8 +432,7 @@ TEST(RunSave, TheListRowOfASavedRunIsTheListsOwn) {
                                                "'%1'")
                                     .arg(QLatin1String(table)))
                          .toLongLong();
-        const shell::ListLayout layout =
-            shell::BuildListLayout(db, QStringLiteral("ID_Runs"), ctx, box);
+        const shell::ListLayout layout = shell::BuildListLayout(db, tools::kRuns, ctx, box);
         QStringList names;
         for (const auto& c : layout.columns) {
             names << c.name;

@@ -1,10 +1,13 @@
 #include "shell/ui/frmMain.h"
+#include "common/tools.h"
+#include "shell/maintools.h"
 #include "shell/ui/frozentableview.h"
 #include "shell/ui/gridprint.h"
 #include "store/database.h"
 #include "support/fakemain.h"
 #include "support/logbook.h"
 #include "support/scriptedmessages.h"
+#include "support/tooltable.h"
 
 #include <gtest/gtest.h>
 #include <QAction>
@@ -14,6 +17,7 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenuBar>
 #include <QPointer>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
@@ -27,6 +31,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QToolBar>
 #include <QXmlStreamReader>
 
 #include <ostream>
@@ -234,15 +239,14 @@ TEST(MainWindow, SelectorsHonourAndWriteTheDefaults) {
     f.main.FormLoadStuff();
 
     // Two cars flagged: the last by name wins; a key above 32767 is no trouble.
-    QComboBox* cars = f.main.selector(QStringLiteral("ID_CarList"));
+    QComboBox* cars = f.main.selector(tools::kCarList);
     EXPECT_EQ(cars->currentText(), QStringLiteral("Zephyr"));
     EXPECT_EQ(f.main.state().car.id, 40000);
     EXPECT_EQ(f.main.grid().RowCount(), 1);
     EXPECT_EQ(f.main.statusMessage(), QStringLiteral("1 Record(s)"));
     EXPECT_EQ(f.main.notesText(), QStringLiteral("notes of 900"));
     EXPECT_EQ(f.main.titleText(), QStringLiteral(" Zephyr Runs for <All Events> at <All Tracks>"));
-    EXPECT_EQ(f.main.selector(QStringLiteral("ID_EventList"))->itemText(0),
-              QStringLiteral("<All Events>"));
+    EXPECT_EQ(f.main.selector(tools::kEventList)->itemText(0), QStringLiteral("<All Events>"));
 
     // Picking a car makes it the only default and lists its runs.
     cars->setCurrentIndex(cars->findText(QStringLiteral("Alpha")));
@@ -259,7 +263,7 @@ TEST(MainWindow, SelectorsHonourAndWriteTheDefaults) {
     EXPECT_EQ(f.main.notesText(), QString());
 
     // The shipped views stand first, in capitals; picking one makes it the default.
-    QComboBox* views = f.main.selector(QStringLiteral("ID_Views"));
+    QComboBox* views = f.main.selector(tools::kViews);
     ASSERT_GE(views->count(), 4);
     EXPECT_EQ(views->itemText(0), views->itemText(0).toUpper());
     const int pro = views->findText(QStringLiteral("PRO"), Qt::MatchContains);
@@ -343,13 +347,13 @@ TEST(MainWindow, LogbookCopiesOutAndInAndRefusesWhatIsNoLogbook) {
         l.open(QIODevice::ReadOnly);
         return l.readAll();
     }();
-    f.main.ToolClick(QStringLiteral("ID_CopyToDiskette"));
+    f.main.ToolClick(tools::kCopyToDiskette);
     EXPECT_TRUE(f.box.last().text.contains(QStringLiteral("holds the logbook in use")));
     QFile l(f.lb.path());
     ASSERT_TRUE(l.open(QIODevice::ReadOnly));
     EXPECT_EQ(l.readAll(), live);
     chosen = out.path();
-    f.main.ToolClick(QStringLiteral("ID_CopyToDiskette"));
+    f.main.ToolClick(tools::kCopyToDiskette);
     const QString copy = out.filePath(QStringLiteral("Slipbook.db"));
     ASSERT_TRUE(QFileInfo::exists(copy));
     // The logbook in use goes on after the copy.
@@ -364,7 +368,7 @@ TEST(MainWindow, LogbookCopiesOutAndInAndRefusesWhatIsNoLogbook) {
     j.close();
     chosen = junk;
     const size_t before = f.box.shown.size();
-    f.main.ToolClick(QStringLiteral("ID_CopyFromDiskette"));
+    f.main.ToolClick(tools::kCopyFromDiskette);
     ASSERT_EQ(f.box.shown.size(), before + 1);
     EXPECT_TRUE(f.box.last().text.contains(QStringLiteral("not a Slipbook logbook")));
     EXPECT_EQ(Scalar(db, QStringLiteral("SELECT COUNT(*) AS n FROM tblRuns")).toInt(), 2);
@@ -372,7 +376,7 @@ TEST(MainWindow, LogbookCopiesOutAndInAndRefusesWhatIsNoLogbook) {
     // The copy comes back in, the replaced logbook kept beside it, and the list follows.
     chosen = copy;
     f.box.answer(MsgAnswer::Yes);
-    f.main.ToolClick(QStringLiteral("ID_CopyFromDiskette"));
+    f.main.ToolClick(tools::kCopyFromDiskette);
     EXPECT_EQ(Scalar(db, QStringLiteral("SELECT COUNT(*) AS n FROM tblRuns")).toInt(), 1);
     EXPECT_EQ(f.main.grid().RowCount(), 1);
     const QStringList kept = QDir(f.lb.dir()).entryList({QStringLiteral("Slipbook-*.db")});
@@ -385,11 +389,11 @@ TEST(MainWindow, LogbookCopiesOutAndInAndRefusesWhatIsNoLogbook) {
 TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
     Fixture f;
     f.main.FormLoadStuff();
-    QAction* weather = f.main.tool(QStringLiteral("ID_Weather"));
+    QAction* weather = f.main.tool(tools::kWeather);
     EXPECT_FALSE(weather->isEnabled());
     EXPECT_EQ(weather->toolTip(), QStringLiteral("Not available yet"));
     int made = 0;
-    f.main.RegisterWindow(QStringLiteral("ID_Weather"), [&](const shell::WindowContext&, QWidget*) {
+    f.main.RegisterWindow(tools::kWeather, [&](const shell::WindowContext&, QWidget*) {
         ++made;
         return new QWidget;
     });
@@ -397,7 +401,7 @@ TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
     weather->trigger();
     weather->trigger();
     EXPECT_EQ(made, 1);
-    delete f.main.OpenWindow(QStringLiteral("ID_Weather"));
+    delete f.main.OpenWindow(tools::kWeather);
 
     // One prediction window per car; the 101st car is refused with no window lost.
     std::vector<std::unique_ptr<FakePrediction>> windows;
@@ -410,12 +414,12 @@ TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
     for (int car = 0; car < 101; ++car) {
         next = car;
         db.Execute(QStringLiteral("UPDATE tblCars SET sCar_num = '%1' WHERE lCar_id = 1").arg(car));
-        f.main.ToolClick(QStringLiteral("ID_ETTS"));
+        f.main.ToolClick(tools::kETTS);
     }
     EXPECT_EQ(windows.size(), 100u);
     EXPECT_EQ(f.box.last().text, QStringLiteral("Can't load another ET Prediction window!"));
     db.Execute(QStringLiteral("UPDATE tblCars SET sCar_num = '5' WHERE lCar_id = 1"));
-    f.main.ToolClick(QStringLiteral("ID_ETTS"));
+    f.main.ToolClick(tools::kETTS);
     EXPECT_EQ(windows.size(), 100u);
     EXPECT_EQ(windows[5]->reloads, 1);
     f.main.CalcAllETPrediction(QStringLiteral("1.0294"), QStringLiteral("1,468"));
@@ -424,7 +428,7 @@ TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
     delete windows[3]->Widget();
     next = 200;
     db.Execute(QStringLiteral("UPDATE tblCars SET sCar_num = '200' WHERE lCar_id = 1"));
-    f.main.ToolClick(QStringLiteral("ID_ETTS"));
+    f.main.ToolClick(tools::kETTS);
     EXPECT_EQ(windows.size(), 101u);
 
     // The lock on the grid nests.
@@ -436,6 +440,45 @@ TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
     EXPECT_TRUE(f.main.gridView()->isEnabled());
 }
 
+TEST(MainWindow, IsBuiltFromItsToolTable) {
+    Fixture f;
+    test::ExpectBuiltFromTable(
+        f.main, f.main.menuBar(), f.main.findChild<QToolBar*>(QStringLiteral("atbMain")),
+        shell::MainTools(), shell::MainMenus(), [&](const QString& id) { return f.main.tool(id); });
+    // Before any window is registered: the tools of windows to come wait and say so; every
+    // other tool says what it does, as its tip and in the status line.
+    for (const tools::Tool& t : shell::MainTools()) {
+        QAction* a = f.main.tool(t.id);
+        ASSERT_NE(a, nullptr);
+        EXPECT_EQ(a->isEnabled(), !t.startsDisabled) << qPrintable(a->objectName());
+        if (t.tip != nullptr) {
+            const QString tip =
+                t.startsDisabled ? QStringLiteral("Not available yet") : QString::fromUtf8(t.tip);
+            EXPECT_EQ(a->toolTip(), tip);
+            EXPECT_EQ(a->statusTip(), tip);
+        }
+    }
+    // Each selector with its label is one tool of the selector bar, under both ids.
+    for (const shell::Selector& s : shell::MainSelectors()) {
+        const QString id = s.id;
+        EXPECT_EQ(tools::FindTool(shell::MainTools(), id), nullptr) << qPrintable(id);
+        QComboBox* box = f.main.selector(id);
+        ASSERT_NE(box, nullptr) << qPrintable(id);
+        EXPECT_EQ(box->toolTip(), QString::fromUtf8(s.tip));
+        EXPECT_EQ(box->statusTip(), QString::fromUtf8(s.tip));
+        QAction* tool = f.main.tool(id);
+        ASSERT_NE(tool, nullptr) << qPrintable(id);
+        EXPECT_TRUE(tool->associatedObjects().contains(box->parentWidget()->parentWidget()));
+        if (!s.label.isEmpty()) {
+            auto* label = f.main.findChild<QLabel*>(s.label);
+            ASSERT_NE(label, nullptr) << qPrintable(QString(s.label));
+            EXPECT_EQ(label->text(), QString::fromUtf8(s.caption));
+            EXPECT_EQ(label->buddy(), box);
+            EXPECT_EQ(f.main.tool(s.label), tool);
+        }
+    }
+}
+
 TEST(MainWindow, CalculatorWebPageAndRunsTitle) {
     Fixture f;
     f.main.FormLoadStuff();
@@ -444,7 +487,7 @@ TEST(MainWindow, CalculatorWebPageAndRunsTitle) {
         started << program;
         return false;
     });
-    f.main.ToolClick(QStringLiteral("ID_Calculator"));
+    f.main.ToolClick(tools::kCalculator);
     EXPECT_EQ(f.box.last().text, QStringLiteral("Can't locate calc.exe on your computer!"));
 
     QList<QUrl> opened;
@@ -452,20 +495,19 @@ TEST(MainWindow, CalculatorWebPageAndRunsTitle) {
         opened << url;
         return true;
     });
-    f.main.ToolClick(QStringLiteral("ID_Quadrumex"));
+    f.main.ToolClick(tools::kQuadrumex);
     ASSERT_EQ(opened.size(), 1);
     EXPECT_EQ(opened[0].scheme(), QStringLiteral("https"));
-    EXPECT_EQ(f.main.state().storedTool, QStringLiteral("ID_Quadrumex"));
+    EXPECT_EQ(f.main.state().storedTool, tools::kQuadrumex);
 
     // A filter in force shows in the title and the filter tool's tip.
     f.main.state().filter.active = true;
     f.main.state().filter.text = QStringLiteral("1/4 et Between 9 AND 11");
     f.main.state().filter.sql =
         QStringLiteral("SELECT * from tblRuns WHERE i14Mile_et >= 9 AND lCar_id = 1");
-    f.main.ToolClick(QStringLiteral("ID_Runs"));
+    f.main.ToolClick(tools::kRuns);
     EXPECT_EQ(f.main.titleText(), QStringLiteral(" My Race Car Runs (Filter Active)"));
-    EXPECT_EQ(f.main.tool(QStringLiteral("ID_Filter"))->toolTip(),
-              QStringLiteral("1/4 et Between 9 AND 11"));
+    EXPECT_EQ(f.main.tool(tools::kFilter)->toolTip(), QStringLiteral("1/4 et Between 9 AND 11"));
     // The list of a filter keeps the run number and event columns in view.
     EXPECT_TRUE(f.main.grid().GridColumnExists(u"lRun_num"));
     EXPECT_TRUE(f.main.grid().GridColumnExists(u"lEvent_id"));
@@ -479,7 +521,7 @@ TEST(MainWindow, PrintedListReadsWholeOnEveryBand) {
     AddRaceDay(f.lb.db(), 60);
     f.clock.now = QDateTime(QDate(2003, 7, 4), QTime(21, 47, 30));
     f.main.FormLoadStuff();
-    QComboBox* events = f.main.selector(QStringLiteral("ID_EventList"));
+    QComboBox* events = f.main.selector(tools::kEventList);
     events->setCurrentIndex(events->findText(QStringLiteral("Rock"), Qt::MatchStartsWith));
     Q_EMIT events->activated(events->currentIndex());
     const QString title = f.main.titleText().trimmed();
@@ -524,7 +566,7 @@ TEST(MainWindow, PrintedListReadsWholeOnEveryBand) {
 
     // The widest view goes on in bands; each band's pages start with the date, time and run
     // number of each row, every caption is printed whole, and every page is stamped.
-    QComboBox* views = f.main.selector(QStringLiteral("ID_Views"));
+    QComboBox* views = f.main.selector(tools::kViews);
     views->setCurrentIndex(views->findText(QStringLiteral("PRO"), Qt::MatchContains));
     Q_EMIT views->activated(views->currentIndex());
     const TextGridModel& grid = f.main.grid();
@@ -616,7 +658,7 @@ TEST(MainWindow, PrintFromThePreviewIsStampedWhenItPrints) {
         ASSERT_NE(print, actions.end());
         (*print)->trigger();
     });
-    QAction* tool = f.main.tool(QStringLiteral("ID_Print"));
+    QAction* tool = f.main.tool(tools::kPrint);
     ASSERT_TRUE(tool->isEnabled());
     tool->trigger();
     ASSERT_TRUE(printed);
@@ -646,10 +688,9 @@ TEST(MainWindow, FitsAnEightHundredPixelScreenAndKeepsItsSizeForLongNames) {
     Settle();
     ASSERT_EQ(f.main.size(), QSize(800, 600));
 
-    const QStringList selectors = {QStringLiteral("ID_CarsLabel"),   QStringLiteral("ID_CarList"),
-                                   QStringLiteral("ID_EventsLabel"), QStringLiteral("ID_EventList"),
-                                   QStringLiteral("ID_TracksLabel"), QStringLiteral("ID_TrackList"),
-                                   QStringLiteral("ID_Views")};
+    const QStringList selectors = {tools::kCarsLabel, tools::kCarList,     tools::kEventsLabel,
+                                   tools::kEventList, tools::kTracksLabel, tools::kTrackList,
+                                   tools::kViews};
     // Shown whole: at least as wide as it asks to be, and inside the window.
     auto checkWhole = [&](const char* when) {
         for (const QString& name : selectors) {
@@ -672,9 +713,9 @@ TEST(MainWindow, FitsAnEightHundredPixelScreenAndKeepsItsSizeForLongNames) {
 
     // A narrower window puts selectors into the bar's overflow, each with its label.
     const std::vector<std::pair<QString, QString>> pairs = {
-        {QStringLiteral("ID_CarsLabel"), QStringLiteral("ID_CarList")},
-        {QStringLiteral("ID_EventsLabel"), QStringLiteral("ID_EventList")},
-        {QStringLiteral("ID_TracksLabel"), QStringLiteral("ID_TrackList")}};
+        {tools::kCarsLabel, tools::kCarList},
+        {tools::kEventsLabel, tools::kEventList},
+        {tools::kTracksLabel, tools::kTrackList}};
     for (int width = 780; width >= 300; width -= 10) {
         f.main.resize(width, 600);
         Settle();
@@ -688,13 +729,13 @@ TEST(MainWindow, FitsAnEightHundredPixelScreenAndKeepsItsSizeForLongNames) {
     Settle();
 
     // Picking the longest names by keyboard leaves the window as it was.
-    QComboBox* events = f.main.selector(QStringLiteral("ID_EventList"));
+    QComboBox* events = f.main.selector(tools::kEventList);
     events->setFocus();
     QTest::keyClicks(events, QStringLiteral("Thirty"));
     Settle();
     ASSERT_EQ(f.main.state().event.id, 90);
     EXPECT_EQ(f.main.size(), QSize(800, 600));
-    QComboBox* tracks = f.main.selector(QStringLiteral("ID_TrackList"));
+    QComboBox* tracks = f.main.selector(tools::kTrackList);
     tracks->setFocus();
     QTest::keyClicks(tracks, QStringLiteral("Greater"));
     Settle();
@@ -764,7 +805,7 @@ TEST(MainWindow, HeadersShowTheSortArrowAndElideCaptionsThatDoNotFit) {
     EXPECT_EQ(header->sortIndicatorSection(), date);
 
     // A reload comes in the list's own order, with no arrow.
-    f.main.ToolClick(QStringLiteral("ID_Runs"));
+    f.main.ToolClick(tools::kRuns);
     EXPECT_FALSE(header->isSortIndicatorShown() && header->sortIndicatorSection() >= 0);
     EXPECT_FALSE(frozen->isSortIndicatorShown() && frozen->sortIndicatorSection() >= 0);
     header->setStyle(nullptr);
@@ -777,7 +818,7 @@ TEST(MainWindow, FollowsTheChangeNotifier) {
         QStringLiteral("INSERT INTO tblEvents (lEvent_id, sEvent_nm, lTrack_id) VALUES "
                        "(7, 'Spring Nationals', 1)"));
     f.main.FormLoadStuff();
-    QComboBox* events = f.main.selector(QStringLiteral("ID_EventList"));
+    QComboBox* events = f.main.selector(tools::kEventList);
     events->setFocus();
     QTest::keyClicks(events, QStringLiteral("Spring"));
     ASSERT_EQ(f.main.state().event.id, 7);
@@ -798,7 +839,7 @@ TEST(MainWindow, FollowsTheChangeNotifier) {
 
     db.Execute(QStringLiteral("INSERT INTO tblTracks (lTrack_id, sTrack_nm) VALUES (5, 'Oak')"));
     Q_EMIT f.notifier.recordsChanged(QStringLiteral("tblTracks"));
-    EXPECT_GE(f.main.selector(QStringLiteral("ID_TrackList"))->findText(QStringLiteral("Oak")), 0);
+    EXPECT_GE(f.main.selector(tools::kTrackList)->findText(QStringLiteral("Oak")), 0);
 
     // A saved run's row is put in the list and selected; a second save rewrites it in place.
     AddRun(db, 41, 1, "07/04/2003", "10:30 AM", "10.5");
@@ -813,14 +854,14 @@ TEST(MainWindow, FollowsTheChangeNotifier) {
     EXPECT_EQ(f.main.statusMessage(), QStringLiteral("1 Record(s)"));
 
     // Another list shown: run news leave it alone.
-    f.main.ListLoad(QStringLiteral("ID_Events"));
+    f.main.ListLoad(tools::kEvents);
     const int eventRows = f.main.grid().RowCount();
     AddRun(db, 42, 1, "07/05/2003", "11:30 AM", "10.1");
     Q_EMIT f.notifier.runSaved(42, true);
     Q_EMIT f.notifier.runDeleted(41);
     EXPECT_EQ(f.main.grid().RowCount(), eventRows);
 
-    f.main.ToolClick(QStringLiteral("ID_Runs"));
+    f.main.ToolClick(tools::kRuns);
     ASSERT_EQ(f.main.grid().RowCount(), 2);
     Q_EMIT f.notifier.runDeleted(41);
     EXPECT_EQ(f.main.grid().RowCount(), 1);

@@ -1,4 +1,5 @@
 #include "shell/runlist.h"
+#include "common/tools.h"
 #include "shell/pageleadin.h"
 #include "shell/valueformat.h"
 #include "store/database.h"
@@ -87,7 +88,7 @@ TEST(RunList, ColumnsAndCellsOfTheRunsList) {
     ListContext ctx;
     ctx.carId = 1;
     ctx.viewId = ViewId(db, QStringLiteral("tblProView"));
-    ListLayout layout = BuildListLayout(db, QStringLiteral("ID_Runs"), ctx, box);
+    ListLayout layout = BuildListLayout(db, tools::kRuns, ctx, box);
     ASSERT_GT(layout.columns.size(), 4u);
     EXPECT_EQ(layout.columns[0].caption, QStringLiteral("Key"));
     EXPECT_FALSE(layout.columns[0].visible);
@@ -112,18 +113,17 @@ TEST(RunList, ColumnsAndCellsOfTheRunsList) {
         EXPECT_EQ(rows[1][et], QStringLiteral("10.124"));
         EXPECT_EQ(rows[0][et], QString());
     }
-    EXPECT_EQ(LoadNotes(db, QStringLiteral("ID_Runs"), QStringLiteral("501")),
-              QStringLiteral("Loose"));
-    EXPECT_EQ(LoadNotes(db, QStringLiteral("ID_Runs"), QStringLiteral("502")), QString());
+    EXPECT_EQ(LoadNotes(db, tools::kRuns, QStringLiteral("501")), QStringLiteral("Loose"));
+    EXPECT_EQ(LoadNotes(db, tools::kRuns, QStringLiteral("502")), QString());
 
     // A view whose catalogue rows are all gone leaves the key column, and still lists the runs.
     db.Execute(QStringLiteral("DELETE * FROM tblListViewColumns WHERE sView_id = 'ID_Runs'"));
-    layout = BuildListLayout(db, QStringLiteral("ID_Runs"), ctx, box);
+    layout = BuildListLayout(db, tools::kRuns, ctx, box);
     ASSERT_EQ(layout.columns.size(), 1u);
     EXPECT_EQ(Rows(db, layout).size(), 2u);
     // So does a view table that is gone.
     db.Execute(QStringLiteral("DROP TABLE tblProView"));
-    layout = BuildListLayout(db, QStringLiteral("ID_Runs"), ctx, box);
+    layout = BuildListLayout(db, tools::kRuns, ctx, box);
     EXPECT_EQ(layout.columns.size(), 1u);
     EXPECT_TRUE(box.shown.empty());
 
@@ -142,7 +142,7 @@ TEST(RunList, FixedListsShowAddressesPhonesDatesAndLookups) {
                        "sTrackPhone = '(___) ___-____', sTrackNotes_tx = 'n' WHERE lTrack_id = 1")
             .replace(QStringLiteral(" & Chr(13) & Chr(10) & "),
                      QStringLiteral(" || char(13) || char(10) || ")));
-    ListLayout tracks = BuildListLayout(db, QStringLiteral("ID_Tracks"), {}, box);
+    ListLayout tracks = BuildListLayout(db, tools::kTracks, {}, box);
     auto rows = Rows(db, tracks);
     ASSERT_FALSE(rows.empty());
     EXPECT_EQ(rows[0][2], QStringLiteral("1 Strip Rd, Speedville"));
@@ -151,7 +151,7 @@ TEST(RunList, FixedListsShowAddressesPhonesDatesAndLookups) {
 
     db.Execute(QStringLiteral(
         "UPDATE tblEvents SET dtEventEnd_dt = Null, cPurse_amt = 12500 WHERE lEvent_id = 1"));
-    ListLayout events = BuildListLayout(db, QStringLiteral("ID_Events"), {}, box);
+    ListLayout events = BuildListLayout(db, tools::kEvents, {}, box);
     rows = Rows(db, events);
     ASSERT_FALSE(rows.empty());
     EXPECT_EQ(rows[0][4], QStringLiteral("__/__/____"));

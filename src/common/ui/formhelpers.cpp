@@ -1,6 +1,7 @@
 #include "common/ui/formhelpers.h"
 
 #include "common/forms.h"
+#include "common/tools.h"
 #include "store/recordset.h"
 
 #include <QAction>
@@ -28,11 +29,6 @@ BusyCursor::~BusyCursor() {
 }
 
 namespace {
-
-const QString kCut = QStringLiteral("ID_Cut");
-const QString kCopy = QStringLiteral("ID_Copy");
-const QString kPaste = QStringLiteral("ID_Paste");
-const QString kSelectAll = QStringLiteral("ID_SelectAll");
 
 int FindPrefix(const QComboBox* combo, const QString& text) {
     const QString prefix = TrimSpaces(text).toString().toUpper();
@@ -395,18 +391,18 @@ bool IsTextControl(const QWidget* widget) {
 void EditToolClick(const QString& toolId, QWidget* active, const QList<QAction*>& tools) {
     if (IsTextControl(active)) {
         // A read-only box gives its text but is not changed: a computed figure stays.
-        if (toolId == kCut) {
+        if (toolId == tools::kCut) {
             SetClipboardText(SelectedText(active));
             if (!IsReadOnly(active)) {
                 ReplaceSelection(active, QString());
             }
-        } else if (toolId == kCopy) {
+        } else if (toolId == tools::kCopy) {
             SetClipboardText(SelectedText(active));
-        } else if (toolId == kPaste) {
+        } else if (toolId == tools::kPaste) {
             if (!IsReadOnly(active)) {
                 ReplaceSelection(active, ClipboardText());
             }
-        } else if (toolId == kSelectAll) {
+        } else if (toolId == tools::kSelectAll) {
             SelectAll(active);
         }
     }
@@ -418,9 +414,9 @@ void EditToolsRefresh(const QList<QAction*>& tools, QWidget* active) {
     const bool clipboard = !ClipboardText().isEmpty();
     for (QAction* tool : tools) {
         const QString id = tool->objectName();
-        if (id == kCut || id == kCopy) {
+        if (id == tools::kCut || id == tools::kCopy) {
             tool->setEnabled(selection);
-        } else if (id == kPaste) {
+        } else if (id == tools::kPaste) {
             tool->setEnabled(clipboard);
         }
     }

@@ -1,8 +1,11 @@
 #include "common/ui/recordwindow.h"
 
 #include "common/forms.h"
+#include "common/recordtools.h"
 #include "common/textgrid.h"
+#include "common/tools.h"
 #include "common/ui/formhelpers.h"
+#include "common/ui/toolactions.h"
 #include "store/access.h"
 #include "store/recordset.h"
 
@@ -27,43 +30,9 @@
 #include <QSplitter>
 #include <QTableView>
 #include <QToolBar>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace slipbook {
-
-namespace {
-
-const QString kNew = QStringLiteral("ID_New");
-const QString kSave = QStringLiteral("ID_Save");
-const QString kSaveAndClose = QStringLiteral("ID_SaveandClose");
-const QString kSaveAndNew = QStringLiteral("ID_SaveandNew");
-const QString kDelete = QStringLiteral("ID_Delete");
-
-// What each tool does, for its tip and the status line; the window's noun is filled in.
-struct ToolHelp {
-    const char* id;
-    const char* tip;
-};
-constexpr ToolHelp kToolHelp[] = {
-    {"ID_New", "Start a new %1"},
-    {"ID_Save", "Save this %1"},
-    {"ID_SaveandClose", "Save this %1 and close the window"},
-    {"ID_SaveandNew", "Save this %1 and start a new one"},
-    {"ID_Delete", "Delete this %1"},
-    {"ID_Print", "Print this window"},
-    {"ID_Close", "Close the window"},
-    {"ID_Cut", "Cut the selected text"},
-    {"ID_Copy", "Copy the selected text"},
-    {"ID_Paste", "Paste the copied text"},
-    {"ID_SelectAll", "Select all the text of the box"},
-    {"ID_Previous", "Records are picked in the list"},
-    {"ID_Next", "Records are picked in the list"},
-    {"ID_Contents", "Open the help"},
-    {"ID_About", "About Slipbook"},
-};
-
-}  // namespace
 
 // ---- RecordList
 
@@ -207,9 +176,13 @@ RecordWindow::RecordWindow(store::Database& db, Messages& messages, store::Logbo
 
 RecordWindow::~RecordWindow() = default;
 
-QAction* RecordWindow::AddTool(const QString& id, const QString& caption) {
-    auto* action = new QAction(caption, this);
+QAction* RecordWindow::AddTool(const tools::Tool& t) {
+    auto* action = new QAction(tr(t.caption), this);
+    const QString id = t.id;
     action->setObjectName(id);
+    action->setShortcuts(ToolKeys(t));
+    action->setCheckable(t.checkable);
+    action->setEnabled(!t.startsDisabled);
     connect(action, &QAction::triggered, this, [this, id] { ToolClick(id); });
     tools_ << action;
     return action;
@@ -220,103 +193,45 @@ void RecordWindow::BuildTools() {
     menuBar_->setObjectName(QStringLiteral("mnuBar"));
     layout_->setMenuBar(menuBar_);
 
-    QMenu* file = menuBar_->addMenu(tr("&File"));
-    file->setObjectName(QStringLiteral("ID_mnuFile"));
-    // "Save and &New" keeps its N, so New takes its W.
-    file->addAction(AddTool(kNew, tr("Ne&w")));
-    file->addAction(AddTool(kSave, tr("Sa&ve")));
-    file->addAction(AddTool(kSaveAndClose, tr("&Save and Close")));
-    file->addAction(AddTool(kSaveAndNew, tr("Save and &New")));
-    file->addAction(AddTool(kDelete, tr("&Delete")));
-    file->addSeparator();
-    file->addAction(AddTool(QStringLiteral("ID_Print"), tr("&Print")));
-    file->addSeparator();
-    file->addAction(AddTool(QStringLiteral("ID_Close"), tr("&Close")));
-
-    QMenu* edit = menuBar_->addMenu(tr("&Edit"));
-    edit->setObjectName(QStringLiteral("ID_mnuEdit"));
-    edit->addAction(AddTool(QStringLiteral("ID_Cut"), tr("Cu&t")));
-    edit->addAction(AddTool(QStringLiteral("ID_Copy"), tr("&Copy")));
-    edit->addAction(AddTool(QStringLiteral("ID_Paste"), tr("&Paste")));
-    edit->addSeparator();
-    edit->addAction(AddTool(QStringLiteral("ID_SelectAll"), tr("Select &All")));
-
-    // Moving between records is done in the list alone: these tools are offered and do nothing.
-    QMenu* view = menuBar_->addMenu(tr("&View"));
-    view->setObjectName(QStringLiteral("ID_mnuView"));
-    QAction* previous = AddTool(QStringLiteral("ID_Previous"), tr("Pre&vious"));
-    auto* previousMenu = new QMenu(this);
-    previousMenu->setObjectName(QStringLiteral("ID_mnuPrevious"));
-    previousMenu->addAction(AddTool(QStringLiteral("ID_PrevItem"), tr("&Item")));
-    previousMenu->addAction(AddTool(QStringLiteral("ID_FirstItem"), tr("Fi&rst Item in Folder")));
-    previous->setMenu(previousMenu);
-    QAction* next = AddTool(QStringLiteral("ID_Next"), tr("Ne&xt"));
-    auto* nextMenu = new QMenu(this);
-    nextMenu->setObjectName(QStringLiteral("ID_mnuNext"));
-    nextMenu->addAction(AddTool(QStringLiteral("ID_NextItem"), tr("&Item")));
-    nextMenu->addAction(AddTool(QStringLiteral("ID_LastItem"), tr("&Last Item in Folder")));
-    next->setMenu(nextMenu);
-    view->addAction(previous);
-    view->addAction(next);
-
-    QMenu* help = menuBar_->addMenu(tr("&Help"));
-    help->setObjectName(QStringLiteral("ID_mnuHelp"));
-    help->addAction(AddTool(QStringLiteral("ID_Contents"), tr("&Contents")));
-    help->addAction(AddTool(QStringLiteral("ID_About"), tr("&About Slipbook")));
+    for (const tools::Tool& t : RecordTools()) {
+        AddTool(t);
+    }
+    const ToolLookup lookup = [this](const QString& id) { return tool(id); };
+    for (const tools::Menu& m : RecordMenus()) {
+        QMenu* menu = nullptr;
+        if (m.under.isEmpty()) {
+            menu = menuBar_->addMenu(tr(m.caption));
+        } else {
+            menu = new QMenu(this);
+            tool(m.under)->setMenu(menu);
+        }
+        menu->setObjectName(m.id);
+        FillMenu(menu, m.id, RecordTools(), lookup);
+    }
 
     toolBar_ = new QToolBar(this);
     toolBar_->setObjectName(QStringLiteral("atbToolBar"));
     toolBar_->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    for (const char* id :
-         {"ID_SaveandClose", "ID_SaveandNew", "", "ID_New", "ID_Print", "", "ID_Cut", "ID_Copy",
-          "ID_Paste", "", "ID_Delete", "", "ID_Previous", "ID_Next"}) {
-        if (*id == '\0') {
-            toolBar_->addSeparator();
-        } else {
-            toolBar_->addAction(tool(QString::fromLatin1(id)));
-        }
-    }
-    for (QAction* action : {previous, next}) {
-        if (auto* button = qobject_cast<QToolButton*>(toolBar_->widgetForAction(action))) {
-            button->setPopupMode(QToolButton::MenuButtonPopup);
-        }
-    }
+    FillToolBar(toolBar_, RecordTools(), lookup);
     layout_->addWidget(toolBar_);
 
-    // Nothing to save until something is typed.
-    for (const QString& id : {kSave, kSaveAndClose, kSaveAndNew}) {
-        tool(id)->setEnabled(false);
-    }
-
-    tool(kNew)->setShortcut(QKeySequence::New);
-    tool(kSave)->setShortcut(QKeySequence::Save);
-    tool(kSaveAndClose)
-        ->setShortcuts(
-            {QKeySequence(Qt::CTRL | Qt::Key_Return), QKeySequence(Qt::CTRL | Qt::Key_Enter)});
-    tool(QStringLiteral("ID_Print"))->setShortcut(QKeySequence::Print);
-    tool(QStringLiteral("ID_Close"))
-        ->setShortcuts({QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)});
-    tool(QStringLiteral("ID_Contents"))->setShortcut(QKeySequence::HelpContents);
-    // The text boxes take these keys first; the tools serve the menus and other controls.
-    tool(QStringLiteral("ID_Cut"))->setShortcut(QKeySequence::Cut);
-    tool(QStringLiteral("ID_Copy"))->setShortcut(QKeySequence::Copy);
-    tool(QStringLiteral("ID_Paste"))->setShortcut(QKeySequence::Paste);
-    tool(QStringLiteral("ID_SelectAll"))->setShortcut(QKeySequence::SelectAll);
     // Shortcuts work whether or not a menu or bar shows the tool.
     addActions(tools_);
     SetToolTips(QStringLiteral("record"));
 }
 
 void RecordWindow::SetToolTips(const QString& noun) {
-    for (const ToolHelp& help : kToolHelp) {
-        if (QAction* a = tool(QString::fromLatin1(help.id))) {
-            const QString tip = QString::fromLatin1(help.tip).replace(QStringLiteral("%1"), noun);
-            a->setToolTip(a->shortcut().isEmpty()
-                              ? tip
-                              : tip + QStringLiteral(" (") +
-                                    a->shortcut().toString(QKeySequence::NativeText) + u')');
-            a->setStatusTip(tip);
+    for (const tools::Tool& t : RecordTools()) {
+        QAction* a = tool(t.id);
+        if (a == nullptr || t.tip == nullptr) {
+            continue;
         }
+        const QString tip = QString::fromUtf8(t.tip).replace(QStringLiteral("%1"), noun);
+        a->setToolTip(a->shortcut().isEmpty()
+                          ? tip
+                          : tip + QStringLiteral(" (") +
+                                a->shortcut().toString(QKeySequence::NativeText) + u')');
+        a->setStatusTip(tip);
     }
 }
 
@@ -373,10 +288,10 @@ void RecordWindow::AddToolBarRow(QToolBar* bar) {
 void RecordWindow::SetRecordList(std::unique_ptr<RecordList> list) {
     list_ = std::move(list);
     connect(list_.get(), &RecordList::picked, this, &RecordWindow::ListPick);
-    connect(list_.get(), &RecordList::insertKey, this, [this] { ToolClick(kNew); });
+    connect(list_.get(), &RecordList::insertKey, this, [this] { ToolClick(tools::kNew); });
     connect(list_.get(), &RecordList::deleteKey, this, [this] {
-        if (tool(kDelete)->isEnabled()) {
-            ToolClick(kDelete);
+        if (tool(tools::kDelete)->isEnabled()) {
+            ToolClick(tools::kDelete);
         }
     });
 }
@@ -570,10 +485,10 @@ void RecordWindow::ShowCurrent() {
 void RecordWindow::New() {
     if (dataChanged_) {
         // Saving goes on to a new record when it succeeds, and stays put when it fails.
-        Save(kSaveAndNew);
+        Save(tools::kSaveandNew);
         return;
     }
-    tool(kDelete)->setEnabled(false);
+    tool(tools::kDelete)->setEnabled(false);
     showMode_ = true;
     ClearFields();
     showMode_ = false;
@@ -646,9 +561,9 @@ bool RecordWindow::Save(const QString& toolId) {
     DeleteToolSetup();
     ResetColours();
     setWindowTitle(Caption());
-    if (toolId == kSaveAndClose) {
+    if (toolId == tools::kSaveandClose) {
         close();
-    } else if (toolId == kSaveAndNew) {
+    } else if (toolId == tools::kSaveandNew) {
         New();
     }
     return true;
@@ -672,8 +587,8 @@ bool RecordWindow::DeleteAllowedFor(qint64 id) {
 }
 
 void RecordWindow::DeleteToolSetup() {
-    tool(kDelete)->setEnabled(!recordAdd_ && HasCurrentRow() &&
-                              DeleteAllowedFor(CurrentRecordId()));
+    tool(tools::kDelete)
+        ->setEnabled(!recordAdd_ && HasCurrentRow() && DeleteAllowedFor(CurrentRecordId()));
 }
 
 QString RecordWindow::DeleteQuestionText() const {
@@ -691,7 +606,7 @@ void RecordWindow::RecordDelete() {
     const qint64 id = CurrentRecordId();
     // The record may have come into use since the tool was set up.
     if (!DeleteAllowedFor(id)) {
-        tool(kDelete)->setEnabled(false);
+        tool(tools::kDelete)->setEnabled(false);
         return;
     }
     if (messages_.ask(DeleteQuestionText(), QStringLiteral("Delete"), MsgButtons::YesNo,
@@ -749,7 +664,7 @@ void RecordWindow::ListPick(int row) {
     if (dataChanged_ && !title.isEmpty()) {
         switch (SavePrompt(this, title, messages_)) {
             case MsgAnswer::Yes:
-                if (!Save(kSave)) {
+                if (!Save(tools::kSave)) {
                     back();
                     return;
                 }
@@ -772,7 +687,7 @@ bool RecordWindow::QueryUnload() {
     }
     switch (SavePromptOnUnload(this, messages_)) {
         case MsgAnswer::Yes:
-            return Save(kSave);
+            return Save(tools::kSave);
         case MsgAnswer::No:
             return true;
         default:
@@ -794,7 +709,7 @@ void RecordWindow::MarkChanged(QWidget* control) {
         control->setPalette(palette);
         coloured_ << control;
     }
-    for (const QString& id : {kSave, kSaveAndNew, kSaveAndClose}) {
+    for (tools::ToolId id : {tools::kSave, tools::kSaveandNew, tools::kSaveandClose}) {
         tool(id)->setEnabled(true);
     }
     RefreshEditTools();
@@ -814,26 +729,27 @@ void RecordWindow::RefreshEditTools() {
 }
 
 void RecordWindow::ToolClick(const QString& toolId) {
-    if (toolId == QStringLiteral("ID_Contents")) {
+    if (toolId == tools::kContents) {
         if (help_) {
             help_();
         }
-    } else if (toolId == QStringLiteral("ID_Print")) {
+    } else if (toolId == tools::kPrint) {
         PrintImage();
-    } else if (toolId == QStringLiteral("ID_About")) {
+    } else if (toolId == tools::kAbout) {
         if (about_) {
             about_();
         }
-    } else if (toolId == QStringLiteral("ID_Cut") || toolId == QStringLiteral("ID_Copy") ||
-               toolId == QStringLiteral("ID_Paste") || toolId == QStringLiteral("ID_SelectAll")) {
+    } else if (toolId == tools::kCut || toolId == tools::kCopy || toolId == tools::kPaste ||
+               toolId == tools::kSelectAll) {
         EditToolClick(toolId, focusWidget(), tools_);
-    } else if (toolId == kNew) {
+    } else if (toolId == tools::kNew) {
         New();
-    } else if (toolId == kSave || toolId == kSaveAndClose || toolId == kSaveAndNew) {
+    } else if (toolId == tools::kSave || toolId == tools::kSaveandClose ||
+               toolId == tools::kSaveandNew) {
         Save(toolId);
-    } else if (toolId == kDelete) {
+    } else if (toolId == tools::kDelete) {
         RecordDelete();
-    } else if (toolId == QStringLiteral("ID_Close")) {
+    } else if (toolId == tools::kClose) {
         close();
     }
 }

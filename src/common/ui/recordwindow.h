@@ -2,6 +2,7 @@
 
 #include "common/messages.h"
 #include "common/records.h"
+#include "common/tools.h"
 #include "store/database.h"
 #include "store/logbookevents.h"
 
@@ -272,7 +273,7 @@ protected:
 
 private:
     void BuildTools();
-    QAction* AddTool(const QString& id, const QString& caption);
+    QAction* AddTool(const tools::Tool& t);
     void RefreshEditTools();
     void ResetColours();
     void PrintImage();

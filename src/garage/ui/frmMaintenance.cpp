@@ -2,6 +2,7 @@
 
 #include "common/forms.h"
 #include "common/textgrid.h"
+#include "common/tools.h"
 #include "common/ui/formhelpers.h"
 #include "store/dberror.h"
 #include "store/recordset.h"
@@ -108,19 +109,19 @@ frmMaintenance::~frmMaintenance() = default;
 void frmMaintenance::BuildFilters() {
     atbMaintenance_ = new QToolBar(this);
     atbMaintenance_->setObjectName(QStringLiteral("atbMaintenance"));
-    efDateFrom_ = MakeDateBox(QStringLiteral("ID_efDateFrom"), atbMaintenance_);
-    efDateTo_ = MakeDateBox(QStringLiteral("ID_efDateTo"), atbMaintenance_);
+    efDateFrom_ = MakeDateBox(tools::kEfDateFrom, atbMaintenance_);
+    efDateTo_ = MakeDateBox(tools::kEfDateTo, atbMaintenance_);
     // A filter date that is no date filters nothing; the racer is told so.
     CheckOnLeave(efDateFrom_, kDateMaskEmpty,
                  QStringLiteral("Invalid From Date, Use MM/DD/YYYY Format"));
     CheckOnLeave(efDateTo_, kDateMaskEmpty,
                  QStringLiteral("Invalid To Date, Use MM/DD/YYYY Format"));
     efCar_ = new QComboBox(atbMaintenance_);
-    efCar_->setObjectName(QStringLiteral("ID_efCar"));
+    efCar_->setObjectName(tools::kEfCar);
     efCar_->setMinimumContentsLength(14);
     efCar_->setToolTip(tr("Only include maintenance for this car"));
     efStatus_ = new QComboBox(atbMaintenance_);
-    efStatus_->setObjectName(QStringLiteral("ID_efStatus"));
+    efStatus_->setObjectName(tools::kEfStatus);
     efStatus_->addItem(QStringLiteral("<All Maintenance>"), 0);
     efStatus_->addItem(QStringLiteral("<Upcoming Maintenance>"), 1);
     efStatus_->addItem(QStringLiteral("<Critical Maintenance>"), 2);
@@ -474,7 +475,7 @@ void frmMaintenance::MarkCompleted() {
         CompletedClicked(true);
         MarkChanged(chkCompleted_);
     }
-    Save(QStringLiteral("ID_Save"));
+    Save(tools::kSave);
 }
 
 bool frmMaintenance::eventFilter(QObject* watched, QEvent* event) {

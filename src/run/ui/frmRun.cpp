@@ -2,6 +2,7 @@
 
 #include "common/numbers.h"
 #include "common/textgrid.h"
+#include "common/tools.h"
 #include "common/ui/formhelpers.h"
 #include "run/validation.h"
 #include "store/access.h"
@@ -19,12 +20,7 @@
 
 namespace slipbook::run {
 
-namespace {
-
-const QString kSaveAndClose = QStringLiteral("ID_SaveandClose");
-const QString kSaveAndNew = QStringLiteral("ID_SaveandNew");
-
-}  // namespace
+namespace {}  // namespace
 
 frmRun::frmRun(const shell::WindowContext& ctx, QWidget* parent)
     : RecordWindow(ctx.db, ctx.messages, ctx.events, parent),
@@ -38,10 +34,10 @@ frmRun::frmRun(const shell::WindowContext& ctx, QWidget* parent)
     SetWeatherTimer(nullptr);
 
     // The run window's own tool bar: no New button and no stepping between records.
-    for (const char* id : {"ID_New", "ID_Previous", "ID_Next"}) {
-        toolBar()->removeAction(tool(QString::fromLatin1(id)));
+    for (tools::ToolId id : {tools::kNew, tools::kPrevious, tools::kNext}) {
+        toolBar()->removeAction(tool(id));
     }
-    if (auto* view = findChild<QMenu*>(QStringLiteral("ID_mnuView"))) {
+    if (auto* view = findChild<QMenu*>(tools::kMnuView)) {
         view->menuAction()->setVisible(false);
     }
     BuildBody();
@@ -263,9 +259,9 @@ bool frmRun::Save(const QString& toolId) {
     if (!RunSaveRecord(true)) {
         return false;
     }
-    if (toolId == kSaveAndClose) {
+    if (toolId == tools::kSaveandClose) {
         close();
-    } else if (toolId == kSaveAndNew) {
+    } else if (toolId == tools::kSaveandNew) {
         New();
     }
     return true;
@@ -347,7 +343,7 @@ void frmRun::TuneUpSetup() {
 
 void DeleteRunFromList(const shell::WindowContext& ctx, QWidget* owner, const QString& keyText) {
     // The one run window there is does the deleting; unseen when none is open.
-    if (auto* open = qobject_cast<frmRun*>(ctx.main.OpenWindow(QStringLiteral("ID_Runs")));
+    if (auto* open = qobject_cast<frmRun*>(ctx.main.OpenWindow(tools::kRuns));
         open != nullptr && open->isVisible()) {
         open->RunRecordDelete();
         return;

@@ -1,8 +1,11 @@
 #include "shell/ui/frmMain.h"
 
 #include "common/numbers.h"
+#include "common/tools.h"
 #include "common/ui/formhelpers.h"
+#include "common/ui/toolactions.h"
 #include "shell/mainstate.h"
+#include "shell/maintools.h"
 #include "shell/ui/fitwidgets.h"
 #include "shell/ui/frozentableview.h"
 #include "shell/ui/gridprint.h"
@@ -43,56 +46,15 @@ const QString kNotYet = QStringLiteral("Not available yet");
 
 // What each tool does, as its tip and in the status line.
 QString ToolTipOf(const QString& id) {
-    static const QHash<QString, QString> kTips = {
-        {QStringLiteral("ID_New"), QStringLiteral("Enter a new run")},
-        {QStringLiteral("ID_NewRun"), QStringLiteral("Enter a new run")},
-        {QStringLiteral("ID_Open"), QStringLiteral("Open the selected run")},
-        {QStringLiteral("ID_Delete"), QStringLiteral("Delete the selected run")},
-        {QStringLiteral("ID_Print"), QStringLiteral("Print the list as it is shown")},
-        {QStringLiteral("ID_PrintForm"),
-         QStringLiteral("Prints nothing here; Print prints the list")},
-        {QStringLiteral("ID_CopyToDiskette"),
-         QStringLiteral("Copy the logbook to a removable drive or another folder")},
-        {QStringLiteral("ID_CopyFromDiskette"),
-         QStringLiteral("Replace the logbook with a copy; the one replaced is kept beside it")},
-        {QStringLiteral("ID_Exit"), QStringLiteral("Close Slipbook")},
-        {QStringLiteral("ID_Cut"), QStringLiteral("Cuts nothing here: the list is read only")},
-        {QStringLiteral("ID_Copy"), QStringLiteral("Copies nothing here: the list is read only")},
-        {QStringLiteral("ID_Paste"), QStringLiteral("Pastes nothing here: the list is read only")},
-        {QStringLiteral("ID_Runs"),
-         QStringLiteral("List the runs of the chosen car, event and track")},
-        {QStringLiteral("ID_Events"), QStringLiteral("Enter and change events")},
-        {QStringLiteral("ID_Cars"), QStringLiteral("Enter and change cars")},
-        {QStringLiteral("ID_Tracks"), QStringLiteral("Enter and change tracks")},
-        {QStringLiteral("ID_Expenses"), QStringLiteral("Enter and change expenses")},
-        {QStringLiteral("ID_Maintenance"),
-         QStringLiteral("Maintenance items of the car, counted down in runs")},
-        {QStringLiteral("ID_Filter"), QStringLiteral("Filter Run Data")},
-        {QStringLiteral("ID_ViewSetup"), QStringLiteral("Choose the columns of the run list")},
-        {QStringLiteral("ID_DefaultView"),
-         QStringLiteral("The view picked in the list of views is always the default")},
-        {QStringLiteral("ID_Weather"),
-         QStringLiteral("Weather and air figures, from the station or typed in")},
-        {QStringLiteral("ID_ETTS"),
-         QStringLiteral("Dial-in and throttle stop predictions for the car")},
-        {QStringLiteral("ID_TuneUp"), QStringLiteral("Jet and pill changes for the air")},
-        {QStringLiteral("ID_TestTune"), QStringLiteral("Test and tune calculators")},
-        {QStringLiteral("ID_Calculator"), QStringLiteral("Start the system's calculator")},
-        {QStringLiteral("ID_CompactDatabase"),
-         QStringLiteral("Nothing to do: the logbook keeps itself compact")},
-        {QStringLiteral("ID_RepairDatabase"),
-         QStringLiteral("Nothing to do: every save is whole or not made at all")},
-        {QStringLiteral("ID_Contents"), QStringLiteral("Open the help pages")},
-        {QStringLiteral("ID_Quadrumex"), QStringLiteral("Open the maker's web page")},
-        {QStringLiteral("ID_About"), QStringLiteral("Name and version of the program")},
-        {QStringLiteral("ID_CarList"),
-         QStringLiteral("The car whose runs are listed; the car picked opens at the next start")},
-        {QStringLiteral("ID_EventList"), QStringLiteral("List the runs of one event, or of all")},
-        {QStringLiteral("ID_TrackList"), QStringLiteral("List the runs at one track, or at all")},
-        {QStringLiteral("ID_Views"),
-         QStringLiteral("The columns of the run list; the view picked opens at the next start")},
-    };
-    return kTips.value(id);
+    if (const tools::Tool* t = tools::FindTool(MainTools(), id)) {
+        return QString::fromUtf8(t->tip);
+    }
+    for (const Selector& s : MainSelectors()) {
+        if (s.id == id) {
+            return QString::fromUtf8(s.tip);
+        }
+    }
+    return {};
 }
 
 void SetTip(QAction* action, const QString& tip) {
@@ -179,83 +141,29 @@ void frmMain::Available(const QString& id) {
 }
 
 void frmMain::BuildTools() {
-    auto menu = [this](const QString& id, const QString& caption) {
-        QMenu* m = menuBar()->addMenu(caption);
-        m->setObjectName(id);
-        m->menuAction()->setObjectName(id);
-        return m;
-    };
-    QMenu* file = menu(QStringLiteral("ID_mnuFile"), tr("&File"));
-    AddTool(QStringLiteral("ID_New"), tr("&New"), file)->setShortcut(QKeySequence::New);
-    AddTool(QStringLiteral("ID_NewRun"), tr("New Run"), file);
-    AddTool(QStringLiteral("ID_Open"), tr("&Open"), file)->setShortcut(QKeySequence::Open);
-    AddTool(QStringLiteral("ID_Delete"), tr("&Delete"), file);
-    file->addSeparator();
-    AddTool(QStringLiteral("ID_Print"), tr("&Print"), file)->setShortcut(QKeySequence::Print);
-    AddTool(QStringLiteral("ID_PrintForm"), tr("Print Form"), file);
-    file->addSeparator();
-    AddTool(QStringLiteral("ID_CopyToDiskette"), tr("Copy To Diskette"), file);
-    AddTool(QStringLiteral("ID_CopyFromDiskette"), tr("Copy &From Diskette"), file);
-    file->addSeparator();
-    AddTool(QStringLiteral("ID_Exit"), tr("E&xit"), file)->setShortcut(QKeySequence::Quit);
-
-    QMenu* edit = menu(QStringLiteral("ID_mnuEdit"), tr("&Edit"));
-    AddTool(QStringLiteral("ID_Cut"), tr("Cu&t"), edit);
-    AddTool(QStringLiteral("ID_Copy"), tr("&Copy"), edit);
-    AddTool(QStringLiteral("ID_Paste"), tr("&Paste"), edit);
-
-    QMenu* view = menu(QStringLiteral("ID_mnuView"), tr("&View"));
-    for (auto [id, caption] : {std::pair{"ID_Runs", "&Runs"},
-                               {"ID_Events", "E&vents"},
-                               {"ID_Cars", "&Cars"},
-                               {"ID_Tracks", "&Tracks"},
-                               {"ID_Expenses", "E&xpenses"},
-                               {"ID_Maintenance", "&Maintenance"}}) {
-        AddTool(QString::fromLatin1(id), tr(caption), view);
+    QHash<QString, QMenu*> menus;
+    for (const tools::Menu& m : MainMenus()) {
+        QMenu* menu = menuBar()->addMenu(tr(m.caption));
+        menu->setObjectName(m.id);
+        menu->menuAction()->setObjectName(m.id);
+        menus.insert(m.id, menu);
     }
-    view->addSeparator();
-    QAction* filter = AddTool(QStringLiteral("ID_Filter"), tr("&Filter"), view);
-    filter->setCheckable(true);
-    AddTool(QStringLiteral("ID_ViewSetup"), tr("View Setup"), view);
-    AddTool(QStringLiteral("ID_DefaultView"), tr("Default View"), view);
-
-    QMenu* utilities = menu(QStringLiteral("ID_Utilities"), tr("&Utilities"));
-    AddTool(QStringLiteral("ID_Weather"), tr("&Weather"), utilities);
-    AddTool(QStringLiteral("ID_ETTS"), tr("ET/TS"), utilities);
-    AddTool(QStringLiteral("ID_TuneUp"), tr("Tune Up"), utilities);
-    AddTool(QStringLiteral("ID_TestTune"), tr("Test/Tune"), utilities);
-    AddTool(QStringLiteral("ID_Calculator"), tr("Calculator"), utilities);
-    utilities->addSeparator();
-    AddTool(QStringLiteral("ID_CompactDatabase"), tr("Compact Database"), utilities);
-    AddTool(QStringLiteral("ID_RepairDatabase"), tr("Repair Database"), utilities);
-
-    QMenu* help = menu(QStringLiteral("ID_mnuHelp"), tr("&Help"));
-    AddTool(QStringLiteral("ID_Contents"), tr("Contents"), help)
-        ->setShortcut(QKeySequence::HelpContents);
-    AddTool(QStringLiteral("ID_Quadrumex"), tr("Quadrumex on the Web"), help);
-    help->addSeparator();
-    AddTool(QStringLiteral("ID_About"), tr("&About Slipbook"), help);
-    // Tools without an action of their own in the dispatcher.
-    AddTool(QStringLiteral("ID_Close"), tr("&Close"));
-    AddTool(QStringLiteral("ID_Save"), tr("&Save"));
+    for (const tools::Tool& t : MainTools()) {
+        QAction* action = AddTool(t.id, tr(t.caption));
+        action->setShortcuts(ToolKeys(t));
+        action->setCheckable(t.checkable);
+    }
+    const ToolLookup lookup = [this](const QString& id) { return tool(id); };
+    for (const tools::Menu& m : MainMenus()) {
+        FillMenu(menus.value(m.id), m.id, MainTools(), lookup);
+    }
 
     // The tool bar with its selectors.
     toolBar_ = addToolBar(tr("Tools"));
     toolBar_->setObjectName(QStringLiteral("atbMain"));
     toolBar_->setMovable(false);
     toolBar_->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    for (const char* id : {"ID_New", "ID_Open", "ID_Delete", "ID_Print"}) {
-        toolBar_->addAction(tool(QString::fromLatin1(id)));
-    }
-    toolBar_->addSeparator();
-    for (const char* id :
-         {"ID_Runs", "ID_Events", "ID_Cars", "ID_Tracks", "ID_Expenses", "ID_Maintenance"}) {
-        toolBar_->addAction(tool(QString::fromLatin1(id)));
-    }
-    toolBar_->addSeparator();
-    for (const char* id : {"ID_Weather", "ID_ETTS", "ID_TuneUp", "ID_TestTune", "ID_Filter"}) {
-        toolBar_->addAction(tool(QString::fromLatin1(id)));
-    }
+    FillToolBar(toolBar_, MainTools(), lookup);
     addToolBarBreak();
     auto* selectors = addToolBar(tr("Selectors"));
     selectors->setObjectName(QStringLiteral("atbMainSelectors"));
@@ -292,19 +200,19 @@ void frmMain::BuildTools() {
         connect(c, &QComboBox::activated, this, [this, id] { SelectorPicked(id); });
         return c;
     };
-    carList_ =
-        combo(QStringLiteral("ID_CarList"), QStringLiteral("ID_CarsLabel"), tr("Car:"), 12, false);
-    eventList_ = combo(QStringLiteral("ID_EventList"), QStringLiteral("ID_EventsLabel"),
-                       tr("Event:"), 14, true);
-    trackList_ = combo(QStringLiteral("ID_TrackList"), QStringLiteral("ID_TracksLabel"),
-                       tr("Track:"), 12, true);
-    views_ = combo(QStringLiteral("ID_Views"), QString(), QString(), 12, false);
+    for (const Selector& s : MainSelectors()) {
+        combo(s.id, s.label, tr(s.caption), s.characters, s.stretches);
+    }
+    carList_ = selector(tools::kCarList);
+    eventList_ = selector(tools::kEventList);
+    trackList_ = selector(tools::kTrackList);
+    views_ = selector(tools::kViews);
 
     // Windows of later issues: present, waiting for their window.
-    for (const char* id : {"ID_New", "ID_NewRun", "ID_Open", "ID_Delete", "ID_Events", "ID_Cars",
-                           "ID_Tracks", "ID_Expenses", "ID_Maintenance", "ID_Weather", "ID_ETTS",
-                           "ID_TuneUp", "ID_TestTune", "ID_Filter", "ID_ViewSetup"}) {
-        NotYet(QString::fromLatin1(id));
+    for (const tools::Tool& t : MainTools()) {
+        if (t.startsDisabled) {
+            NotYet(t.id);
+        }
     }
 }
 
@@ -353,9 +261,10 @@ void frmMain::BuildCentral() {
     connect(grid_, &QTableView::doubleClicked, this, [this] { DblClick(); });
     // The grid's own menu: the list commands at hand.
     auto* popup = new QMenu(grid_);
-    popup->setObjectName(QStringLiteral("ID_Popup"));
-    for (const char* id : {"ID_New", "ID_Open", "ID_Delete", "ID_Filter", "ID_ViewSetup"}) {
-        popup->addAction(tool(QString::fromLatin1(id)));
+    popup->setObjectName(tools::kPopup);
+    for (tools::ToolId id :
+         {tools::kNew, tools::kOpen, tools::kDelete, tools::kFilter, tools::kViewSetup}) {
+        popup->addAction(tool(id));
     }
     grid_->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(grid_, &QWidget::customContextMenuRequested, this,
@@ -422,13 +331,13 @@ void frmMain::StatusRecordCount() {
 
 void frmMain::RegisterWindow(const QString& key, WindowFactory factory) {
     lists_[key].open = std::move(factory);
-    if (key == u"ID_Runs") {
-        for (const char* id : {"ID_New", "ID_NewRun", "ID_Open"}) {
-            Available(QString::fromLatin1(id));
+    if (key == tools::kRuns) {
+        for (tools::ToolId id : {tools::kNew, tools::kNewRun, tools::kOpen}) {
+            Available(id);
         }
     } else {
         Available(key);
-        if (key == u"ID_Filter" && state_.filter.active) {
+        if (key == tools::kFilter && state_.filter.active) {
             SetTip(tool(key), state_.filter.text);
         }
     }
@@ -474,7 +383,7 @@ void frmMain::ListLoad(const QString& mode) {
         }
         model_->SetRows(std::move(rows));
     }
-    if (mode == u"ID_Runs" && model_->ColumnCount() > 4) {
+    if (mode == tools::kRuns && model_->ColumnCount() > 4) {
         grid_->setFrozenColumns(4);
     }
     grid_->setUpdatesEnabled(true);
@@ -584,7 +493,7 @@ void frmMain::GridRowRemove(const QString& keyText) {
 
 void frmMain::RunSaved(qint64 runId) {
     // A run window opens on the run list alone; another list shown since has no run rows.
-    if (state_.view != u"ID_Runs") {
+    if (state_.view != tools::kRuns) {
         return;
     }
     QStringList names;
@@ -598,7 +507,7 @@ void frmMain::RunSaved(qint64 runId) {
 }
 
 void frmMain::RunDeleted(qint64 runId) {
-    if (state_.view == u"ID_Runs") {
+    if (state_.view == tools::kRuns) {
         GridRowRemove(QString::number(runId));
     }
 }
@@ -608,58 +517,57 @@ void frmMain::RunDeleted(qint64 runId) {
 
 void frmMain::ToolClick(const QString& id) {
     state_.storedTool = id;
-    if (id == u"ID_Contents") {
+    if (id == tools::kContents) {
         HelpContents();
-    } else if (id == u"ID_Quadrumex") {
+    } else if (id == tools::kQuadrumex) {
         urlOpener_(QUrl(QStringLiteral("https://www.quadrumex.com/")));
-    } else if (id == u"ID_About") {
+    } else if (id == tools::kAbout) {
         ShowAbout();
-    } else if (id == u"ID_New" || id == u"ID_NewRun") {
+    } else if (id == tools::kNew || id == tools::kNewRun) {
         DblClick();
-    } else if (id == u"ID_Open") {
-        tool(QStringLiteral("ID_Delete"))->setEnabled(false);
+    } else if (id == tools::kOpen) {
+        tool(tools::kDelete)->setEnabled(false);
         DblClick();
-    } else if (id == u"ID_Delete") {
+    } else if (id == tools::kDelete) {
         RecordDelete();
-    } else if (id == u"ID_Events" || id == u"ID_Cars" || id == u"ID_Tracks" ||
-               id == u"ID_Expenses" || id == u"ID_Maintenance" || id == u"ID_Weather" ||
-               id == u"ID_TestTune" || id == u"ID_ViewSetup") {
+    } else if (id == tools::kEvents || id == tools::kCars || id == tools::kTracks ||
+               id == tools::kExpenses || id == tools::kMaintenance || id == tools::kWeather ||
+               id == tools::kTestTune || id == tools::kViewSetup) {
         ShowToolWindow(id);
-    } else if (id == u"ID_Runs") {
+    } else if (id == tools::kRuns) {
         RunsTool();
-    } else if (id == u"ID_ETTS") {
+    } else if (id == tools::kETTS) {
         ProgramWindowTool(true);
-    } else if (id == u"ID_TuneUp") {
+    } else if (id == tools::kTuneUp) {
         ProgramWindowTool(false);
-    } else if (id == u"ID_Filter") {
+    } else if (id == tools::kFilter) {
         FilterToggled(tool(id)->isChecked());
-    } else if (id == u"ID_Print") {
+    } else if (id == tools::kPrint) {
         PrintGrid();
-    } else if (id == u"ID_Calculator") {
+    } else if (id == tools::kCalculator) {
         StartCalculator();
-    } else if (id == u"ID_CopyToDiskette") {
+    } else if (id == tools::kCopyToDiskette) {
         CopyToFolder();
-    } else if (id == u"ID_CopyFromDiskette") {
+    } else if (id == tools::kCopyFromDiskette) {
         CopyFromFolder();
-    } else if (id == u"ID_Exit") {
+    } else if (id == tools::kExit) {
         close();
     }
 }
 
 void frmMain::RunsTool() {
     QString title = u' ' + state_.car.desc + u' ' + QStringLiteral("Runs");
-    QAction* filter = tool(QStringLiteral("ID_Filter"));
+    QAction* filter = tool(tools::kFilter);
     if (state_.filter.active) {
         title += QStringLiteral(" (Filter Active)");
         SetTip(filter, state_.filter.text);
     } else {
         title += QStringLiteral(" for ") + state_.event.desc.trimmed() + QStringLiteral(" at ") +
                  state_.track.desc.trimmed();
-        SetTip(filter,
-               lists_.value(QStringLiteral("ID_Filter")).open ? tr("Filter Run Data") : kNotYet);
+        SetTip(filter, lists_.value(tools::kFilter).open ? tr("Filter Run Data") : kNotYet);
     }
     title_->setText(title);
-    ListLoad(QStringLiteral("ID_Runs"));
+    ListLoad(tools::kRuns);
     title_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
@@ -669,20 +577,20 @@ void frmMain::DblClick() {
         return;
     }
     QString caption;
-    if (state_.storedTool == u"ID_NewRun" || state_.storedTool == u"ID_New" ||
+    if (state_.storedTool == tools::kNewRun || state_.storedTool == tools::kNew ||
         model_->RowCount() == 0) {
-        state_.storedTool = QStringLiteral("ID_New");
+        state_.storedTool = tools::kNew;
         caption = QStringLiteral("New");
     } else {
         caption = SelectedCellText(1).trimmed();
     }
     static const QHash<QString, QString> kNouns = {
-        {QStringLiteral("ID_Runs"), QStringLiteral(" - Run ")},
-        {QStringLiteral("ID_Cars"), QStringLiteral(" - Car ")},
-        {QStringLiteral("ID_Events"), QStringLiteral(" - Event ")},
-        {QStringLiteral("ID_Tracks"), QStringLiteral(" - Track ")},
-        {QStringLiteral("ID_Expenses"), QStringLiteral(" - Expense ")},
-        {QStringLiteral("ID_Maintenance"), QStringLiteral(" - Maintenance ")}};
+        {tools::kRuns, QStringLiteral(" - Run ")},
+        {tools::kCars, QStringLiteral(" - Car ")},
+        {tools::kEvents, QStringLiteral(" - Event ")},
+        {tools::kTracks, QStringLiteral(" - Track ")},
+        {tools::kExpenses, QStringLiteral(" - Expense ")},
+        {tools::kMaintenance, QStringLiteral(" - Maintenance ")}};
     caption += kNouns.value(state_.view);
     if (state_.filter.active) {
         caption += QStringLiteral(" (Filter Active)");
@@ -710,7 +618,7 @@ void frmMain::RecordDelete() {
 }
 
 void frmMain::DeleteToolRefresh() {
-    QAction* del = tool(QStringLiteral("ID_Delete"));
+    QAction* del = tool(tools::kDelete);
     const ListHandlers handlers = lists_.value(state_.view);
     if (!handlers.remove) {
         NotYet(del->objectName());
@@ -728,19 +636,19 @@ void frmMain::DeleteToolRefresh() {
 
 void frmMain::FilterToggled(bool down) {
     if (down) {
-        ShowToolWindow(QStringLiteral("ID_Filter"));
+        ShowToolWindow(tools::kFilter);
         return;
     }
     state_.filter.active = false;
     state_.filter.text.clear();
     state_.filter.sql.clear();
-    ToolClick(QStringLiteral("ID_Runs"));
+    ToolClick(tools::kRuns);
 }
 
 void frmMain::FilterApply() {
-    tool(QStringLiteral("ID_Filter"))->setChecked(state_.filter.active);
-    if (state_.view == u"ID_Runs") {
-        ToolClick(QStringLiteral("ID_Runs"));
+    tool(tools::kFilter)->setChecked(state_.filter.active);
+    if (state_.view == tools::kRuns) {
+        ToolClick(tools::kRuns);
     }
 }
 
@@ -776,26 +684,26 @@ void frmMain::PrintGrid() {
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     if (watched == logo_ && event->type() == QEvent::MouseButtonDblClick) {
-        ToolClick(QStringLiteral("ID_Quadrumex"));
+        ToolClick(tools::kQuadrumex);
         return true;
     }
     if (watched == grid_ && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Delete) {
-            if (tool(QStringLiteral("ID_Delete"))->isEnabled()) {
-                ToolClick(QStringLiteral("ID_Delete"));
+            if (tool(tools::kDelete)->isEnabled()) {
+                ToolClick(tools::kDelete);
             }
             return true;
         }
         if (key == Qt::Key_Insert) {
-            if (tool(QStringLiteral("ID_New"))->isEnabled()) {
-                ToolClick(QStringLiteral("ID_New"));
+            if (tool(tools::kNew)->isEnabled()) {
+                ToolClick(tools::kNew);
             }
             return true;
         }
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            if (tool(QStringLiteral("ID_Open"))->isEnabled()) {
-                ToolClick(QStringLiteral("ID_Open"));
+            if (tool(tools::kOpen)->isEnabled()) {
+                ToolClick(tools::kOpen);
             }
             return true;
         }

@@ -1,3 +1,4 @@
+#include "common/tools.h"
 #include "shell/ui/frmMain.h"
 
 #include "shell/ui/fitwidgets.h"
@@ -97,7 +98,7 @@ void frmMain::ViewsLoad() {
 }
 
 void frmMain::SelectorPicked(const QString& id) {
-    if (id == u"ID_CarList") {
+    if (id == tools::kCarList) {
         state_.car.desc = carList_->currentText();
         state_.car.id = ItemKey(carList_, carList_->currentIndex());
         // The car picked is the car of the next start.
@@ -109,21 +110,21 @@ void frmMain::SelectorPicked(const QString& id) {
             tx.Commit();
         }
         if (!loading_) {
-            ToolClick(QStringLiteral("ID_Runs"));
+            ToolClick(tools::kRuns);
         }
-    } else if (id == u"ID_EventList") {
+    } else if (id == tools::kEventList) {
         state_.event.desc = eventList_->currentText();
         state_.event.id = ItemKey(eventList_, eventList_->currentIndex());
         if (!loading_) {
-            ToolClick(QStringLiteral("ID_Runs"));
+            ToolClick(tools::kRuns);
         }
-    } else if (id == u"ID_TrackList") {
+    } else if (id == tools::kTrackList) {
         state_.track.desc = trackList_->currentText();
         state_.track.id = ItemKey(trackList_, trackList_->currentIndex());
         if (!loading_) {
-            ToolClick(QStringLiteral("ID_Runs"));
+            ToolClick(tools::kRuns);
         }
-    } else if (id == u"ID_Views") {
+    } else if (id == tools::kViews) {
         ListLoad(state_.view);
         const qint64 view = ItemKey(views_, views_->currentIndex());
         // The view picked is the view of the next start.
@@ -141,20 +142,20 @@ void frmMain::SelectCar(qint64 id) {
     const int i = carList_->findData(QVariant::fromValue<qint64>(id));
     if (i >= 0) {
         carList_->setCurrentIndex(i);
-        SelectorPicked(QStringLiteral("ID_CarList"));
+        SelectorPicked(tools::kCarList);
     }
 }
 
 void frmMain::SelectEvent(qint64 id) {
     const int i = eventList_->findData(QVariant::fromValue<qint64>(id));
     eventList_->setCurrentIndex(i < 0 ? 0 : i);
-    SelectorPicked(QStringLiteral("ID_EventList"));
+    SelectorPicked(tools::kEventList);
 }
 
 void frmMain::SelectTrack(qint64 id) {
     const int i = trackList_->findData(QVariant::fromValue<qint64>(id));
     trackList_->setCurrentIndex(i < 0 ? 0 : i);
-    SelectorPicked(QStringLiteral("ID_TrackList"));
+    SelectorPicked(tools::kTrackList);
 }
 
 void frmMain::FormLoadStuff() {
@@ -168,7 +169,7 @@ void frmMain::FormLoadStuff() {
     state_.track.id = ItemKey(trackList_, trackList_->currentIndex());
     loading_ = false;
     ReportStatus(QStringLiteral("Loading Runs..."));
-    ToolClick(QStringLiteral("ID_Runs"));
+    ToolClick(tools::kRuns);
     ReportStatus(QStringLiteral("Updating Notes..."));
     GridClick();
     ReportStatus(QStringLiteral("Please wait..."));
@@ -185,8 +186,8 @@ void frmMain::RecordsChanged(const QString& table) {
     } else if (table == u"tblListViewColumns") {
         ViewsLoad();
         // The run list's headers are the catalogue's: the list is loaded anew to show them.
-        if (state_.view == u"ID_Runs") {
-            ToolClick(QStringLiteral("ID_Runs"));
+        if (state_.view == tools::kRuns) {
+            ToolClick(tools::kRuns);
         }
     }
 }
@@ -202,7 +203,7 @@ void frmMain::ReloadAll() {
     state_.track.desc = trackList_->currentText();
     state_.track.id = 0;
     loading_ = false;
-    ToolClick(QStringLiteral("ID_Runs"));
+    ToolClick(tools::kRuns);
 }
 
 }  // namespace slipbook::shell

@@ -1,3 +1,4 @@
+#include "common/tools.h"
 #include "shell/ui/frmMain.h"
 
 #include "common/ui/formhelpers.h"
@@ -16,12 +17,12 @@ void frmMain::RegisterDelete(const QString& key, DeleteHandler remove,
 
 void frmMain::RegisterPrediction(PredictionFactory factory) {
     predictionFactory_ = std::move(factory);
-    Available(QStringLiteral("ID_ETTS"));
+    Available(tools::kETTS);
 }
 
 void frmMain::RegisterTuneUp(TuneUpFactory factory) {
     tuneUpFactory_ = std::move(factory);
-    Available(QStringLiteral("ID_TuneUp"));
+    Available(tools::kTuneUp);
 }
 
 void frmMain::RegisterShow(QStringView name, ShowHandler show) {
