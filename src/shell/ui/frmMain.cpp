@@ -8,7 +8,6 @@
 #include "shell/maintools.h"
 #include "shell/ui/fitwidgets.h"
 #include "shell/ui/frozentableview.h"
-#include "shell/ui/gridprint.h"
 #include "store/access.h"
 #include "store/logbookcopy.h"
 #include "store/logbookfile.h"
@@ -571,52 +570,6 @@ void frmMain::RunsTool() {
     title_->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
-void frmMain::DblClick() {
-    const ListHandlers handlers = lists_.value(state_.view);
-    if (!handlers.open) {
-        return;
-    }
-    QString caption;
-    if (state_.storedTool == tools::kNewRun || state_.storedTool == tools::kNew ||
-        model_->RowCount() == 0) {
-        state_.storedTool = tools::kNew;
-        caption = QStringLiteral("New");
-    } else {
-        caption = SelectedCellText(1).trimmed();
-    }
-    static const QHash<QString, QString> kNouns = {
-        {tools::kRuns, QStringLiteral(" - Run ")},
-        {tools::kCars, QStringLiteral(" - Car ")},
-        {tools::kEvents, QStringLiteral(" - Event ")},
-        {tools::kTracks, QStringLiteral(" - Track ")},
-        {tools::kExpenses, QStringLiteral(" - Expense ")},
-        {tools::kMaintenance, QStringLiteral(" - Maintenance ")}};
-    caption += kNouns.value(state_.view);
-    if (state_.filter.active) {
-        caption += QStringLiteral(" (Filter Active)");
-    }
-    // One record window of a kind: the open one is closed first, with its save question.
-    if (QWidget* old = open_.value(state_.view).data()) {
-        if (!old->close()) {
-            return;
-        }
-    }
-    QWidget* w = handlers.open(context_, this);
-    if (w == nullptr) {
-        return;
-    }
-    w->setWindowTitle(caption);
-    open_[state_.view] = w;
-    w->show();
-}
-
-void frmMain::RecordDelete() {
-    const ListHandlers handlers = lists_.value(state_.view);
-    if (handlers.remove && model_->RowCount() > 0) {
-        handlers.remove(context_, this, SelectedKeyText());
-    }
-}
-
 void frmMain::DeleteToolRefresh() {
     QAction* del = tool(tools::kDelete);
     const ListHandlers handlers = lists_.value(state_.view);
@@ -662,21 +615,9 @@ void frmMain::AllowSelectDifferentRun() {
     if (lockCount_ < 1) {
         lockCount_ = 0;
         grid_->setEnabled(true);
+        // Open disabled Delete while its window was up; the row may be deleted again now.
+        DeleteToolRefresh();
     }
-}
-
-// ---------------------------------------------------------------------------------------------
-// Printing
-
-bool frmMain::PrintToPdf(const QString& path) {
-    return PrintGridToPdf({model_, title_->text(), [this] { return clock_.Now(); }}, path);
-}
-
-void frmMain::PrintGrid() {
-    if (model_->RowCount() < 1) {
-        return;
-    }
-    PreviewGrid({model_, title_->text(), [this] { return clock_.Now(); }}, this);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -1,6 +1,7 @@
 #include "shell/ui/frmMain.h"
 
 #include "common/ui/formhelpers.h"
+#include "shell/ui/gridprint.h"
 #include "store/access.h"
 #include "store/logbookcopy.h"
 #include "store/logbookfile.h"
@@ -139,6 +140,20 @@ void frmMain::HelpContents() {
                 QStringLiteral("\n    ") + QDir::toNativeSeparators(help_.path),
             appTitle_, MsgIcon::Information);
     }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Printing
+
+bool frmMain::PrintToPdf(const QString& path) {
+    return PrintGridToPdf({model_, title_->text(), [this] { return clock_.Now(); }}, path);
+}
+
+void frmMain::PrintGrid() {
+    if (model_->RowCount() < 1) {
+        return;
+    }
+    PreviewGrid({model_, title_->text(), [this] { return clock_.Now(); }}, this);
 }
 
 }  // namespace slipbook::shell

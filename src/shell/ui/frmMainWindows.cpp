@@ -121,4 +121,50 @@ QString frmMain::GetCar_num() {
     return q.Next() ? q.Text(q.FieldIndex(QStringLiteral("sCar_num"))) : QString();
 }
 
+void frmMain::DblClick() {
+    const ListHandlers handlers = lists_.value(state_.view);
+    if (!handlers.open) {
+        return;
+    }
+    QString caption;
+    if (state_.storedTool == tools::kNewRun || state_.storedTool == tools::kNew ||
+        model_->RowCount() == 0) {
+        state_.storedTool = tools::kNew;
+        caption = QStringLiteral("New");
+    } else {
+        caption = SelectedCellText(1).trimmed();
+    }
+    static const QHash<QString, QString> kNouns = {
+        {tools::kRuns, QStringLiteral(" - Run ")},
+        {tools::kCars, QStringLiteral(" - Car ")},
+        {tools::kEvents, QStringLiteral(" - Event ")},
+        {tools::kTracks, QStringLiteral(" - Track ")},
+        {tools::kExpenses, QStringLiteral(" - Expense ")},
+        {tools::kMaintenance, QStringLiteral(" - Maintenance ")}};
+    caption += kNouns.value(state_.view);
+    if (state_.filter.active) {
+        caption += QStringLiteral(" (Filter Active)");
+    }
+    // One record window of a kind: the open one is closed first, with its save question.
+    if (QWidget* old = open_.value(state_.view).data()) {
+        if (!old->close()) {
+            return;
+        }
+    }
+    QWidget* w = handlers.open(context_, this);
+    if (w == nullptr) {
+        return;
+    }
+    w->setWindowTitle(caption);
+    open_[state_.view] = w;
+    w->show();
+}
+
+void frmMain::RecordDelete() {
+    const ListHandlers handlers = lists_.value(state_.view);
+    if (handlers.remove && model_->RowCount() > 0) {
+        handlers.remove(context_, this, SelectedKeyText());
+    }
+}
+
 }  // namespace slipbook::shell
