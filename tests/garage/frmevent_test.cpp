@@ -5,7 +5,7 @@
 #include "common/ui/formhelpers.h"
 #include "store/currency.h"
 #include "store/recordset.h"
-#include "windowtest.h"
+#include "support/gui.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -31,15 +31,12 @@ struct EventWindow : WindowTest {
         list = Child<QListWidget>(*window, "lstEvents");
         return window;
     }
-    void Pick(QComboBox* combo, const char* text) {
-        combo->setCurrentIndex(combo->findText(QString::fromUtf8(text)));
-    }
     // Fills every required field of a new event.
     void FillValid(const QString& eventName) {
-        name->setText(eventName);
+        Type(name, eventName);
         Pick(tracks, "Home Track");
-        start->setText(QStringLiteral("06/01/2024"));
-        end->setText(QStringLiteral("06/02/2024"));
+        Type(start, QStringLiteral("06/01/2024"));
+        Type(end, QStringLiteral("06/02/2024"));
         Pick(classes, "Bracket Race");
     }
 
@@ -90,7 +87,7 @@ TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {
     main.storedTool = QStringLiteral("ID_New");
     auto window = Open();
     ShowActive(*window);
-    notes->setPlainText(QStringLiteral("Typed first"));
+    Type(notes, QStringLiteral("Typed first"));
     const auto save = [&](const char* message, const char* focus) {
         messages.shown.clear();
         Press(*window, "ID_Save");
@@ -101,17 +98,17 @@ TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {
         EXPECT_EQ(FocusName(*window), QString::fromUtf8(focus));
         EXPECT_TRUE(window->RecordAdd());
     };
-    name->setText(QStringLiteral("   "));
+    Type(name, QStringLiteral("   "));
     save("Event Description Must Be Filled In", "txtEvent_nm");
-    name->setText(QStringLiteral("Spring Fling"));
+    Type(name, QStringLiteral("Spring Fling"));
     save("Track Must Be Selected", "cboTracks");
     Pick(tracks, "Home Track");
     save("Invalid Start Date, Use MM/DD/YYYY Format", "mebEventStart_dt");
-    start->setText(QStringLiteral("13/45/2024"));
+    Type(start, QStringLiteral("13/45/2024"));
     save("Invalid Start Date, Use MM/DD/YYYY Format", "mebEventStart_dt");
-    start->setText(QStringLiteral("04/13/2024"));
+    Type(start, QStringLiteral("04/13/2024"));
     save("Invalid End Date, Use MM/DD/YYYY Format", "mebEventEnd_dt");
-    end->setText(QStringLiteral("04/14/2024"));
+    Type(end, QStringLiteral("04/14/2024"));
     save("Event Class Must Be Selected", "cboEventClass");
 
     Pick(classes, "Match Race");
@@ -127,7 +124,7 @@ TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {
 TEST_F(EventWindow, NewWithChangesSavesFirstAndStaysWhenThatFails) {
     main.eventId = 1;
     auto window = Open();
-    name->clear();
+    Type(name, QString());
     Press(*window, "ID_New");
     EXPECT_EQ(messages.last().text, QStringLiteral("Event Description Must Be Filled In"));
     EXPECT_FALSE(window->RecordAdd());
@@ -136,7 +133,7 @@ TEST_F(EventWindow, NewWithChangesSavesFirstAndStaysWhenThatFails) {
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sEvent_nm FROM tblEvents WHERE lEvent_id = 1")),
               QStringLiteral("Test and Tune Day"));
 
-    name->setText(QStringLiteral("Renamed Day"));
+    Type(name, QStringLiteral("Renamed Day"));
     Press(*window, "ID_New");
     EXPECT_TRUE(window->RecordAdd());
     EXPECT_FALSE(window->DataChanged());
@@ -154,19 +151,19 @@ TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
     const QString eventName = QStringLiteral("Bob's \"Big\" Bracket Bash");
     const QString longNote =
         QStringLiteral("It's the 'final' round; \"quoted\"\nsecond line  ") + QString(4000, u'x');
-    name->setText(eventName);
+    Type(name, eventName);
     EXPECT_EQ(name->palette().color(QPalette::Text), QColor(Qt::red));
     Pick(tracks, "Home Track");
-    start->setText(QStringLiteral("06/01/2024"));
+    Type(start, QStringLiteral("06/01/2024"));
     Leave(start);
     EXPECT_EQ(end->displayText(), QStringLiteral("06/01/2024"));  // the end follows the start
-    end->setText(QStringLiteral("06/03/2024"));
+    Type(end, QStringLiteral("06/03/2024"));
     Leave(start);
     EXPECT_EQ(end->displayText(), QStringLiteral("06/03/2024"));  // but only into an empty end
     Pick(classes, "Championship");
     QTest::keyClicks(purse, QStringLiteral("12a,5.0-0"));
     EXPECT_EQ(purse->text(), QStringLiteral("12500"));  // digits only
-    notes->setPlainText(longNote);
+    Type(notes, longNote);
     Press(*window, "ID_Save");
     ASSERT_TRUE(messages.shown.empty()) << messages.last().text.toStdString();
     EXPECT_NE(name->palette().color(QPalette::Text), QColor(Qt::red));
@@ -195,7 +192,7 @@ TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
     EXPECT_EQ(notes->toPlainText(), longNote);
 
     // A purse typed with its grouping is a number again.
-    purse->setText(QStringLiteral("1,500"));
+    Type(purse, QStringLiteral("1,500"));
     Press(*again, "ID_Save");
     EXPECT_EQ(
         Scalar(QStringLiteral("SELECT cPurse_amt FROM tblEvents WHERE lEvent_id = %1").arg(id))
@@ -208,7 +205,7 @@ TEST_F(EventWindow, ATypedClassIsOfferedForAddingBeforeTheSave) {
     main.storedTool = QStringLiteral("ID_New");
     auto window = Open();
     FillValid(QStringLiteral("Sportsman Day"));
-    classes->setEditText(QStringLiteral("Sportsman Series"));
+    Type(classes, QStringLiteral("Sportsman Series"));
     messages.answer(MsgAnswer::No);
     Press(*window, "ID_Save");
     ASSERT_EQ(messages.shown.size(), 2u);
@@ -234,8 +231,7 @@ TEST_F(EventWindow, ATypedClassIsOfferedForAddingBeforeTheSave) {
     // A typed name of a class in the list, in another case, is that class.
     Press(*window, "ID_New");
     FillValid(QStringLiteral("Second Day"));
-    classes->setCurrentIndex(-1);
-    classes->setEditText(QStringLiteral("match race"));
+    Type(classes, QStringLiteral("match race"));
     Press(*window, "ID_Save");
     EXPECT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(Scalar(QStringLiteral(
@@ -257,7 +253,8 @@ TEST_F(EventWindow, DeleteFollowsUseAndAsksFirst) {
     list->setCurrentRow(1);
     EXPECT_EQ(name->text(), QStringLiteral("Fall Classic"));
     ASSERT_TRUE(window->tool(QStringLiteral("ID_Delete"))->isEnabled());
-    QTest::keyClick(list, Qt::Key_Delete);  // answered with the default, No
+    messages.answer(MsgAnswer::No);  // the default
+    QTest::keyClick(list, Qt::Key_Delete);
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.last().text,
               QStringLiteral("Delete The Fall Classic - Event Record For (Fall Classic)"));
@@ -289,7 +286,7 @@ TEST_F(EventWindow, ClosingAsksToSaveAndActsOnTheAnswer) {
     main.eventId = 1;
     auto window = Open();
     ShowActive(*window);
-    name->setText(QStringLiteral("Edited"));
+    Type(name, QStringLiteral("Edited"));
 
     messages.answer(MsgAnswer::Cancel);
     EXPECT_FALSE(window->close());
@@ -297,12 +294,12 @@ TEST_F(EventWindow, ClosingAsksToSaveAndActsOnTheAnswer) {
     EXPECT_EQ(messages.last().title, QStringLiteral("Form Unload"));
     EXPECT_EQ(messages.last().buttons, MsgButtons::YesNoCancel);
 
-    name->clear();
+    Type(name, QString());
     messages.answer(MsgAnswer::Yes);  // fails validation: the window stays
     EXPECT_FALSE(window->close());
     EXPECT_EQ(messages.last().text, QStringLiteral("Event Description Must Be Filled In"));
 
-    name->setText(QStringLiteral("Saved On Closing"));
+    Type(name, QStringLiteral("Saved On Closing"));
     messages.answer(MsgAnswer::Yes);
     EXPECT_TRUE(window->close());
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sEvent_nm FROM tblEvents WHERE lEvent_id = 1")),
@@ -310,7 +307,7 @@ TEST_F(EventWindow, ClosingAsksToSaveAndActsOnTheAnswer) {
 
     auto other = Open();
     ShowActive(*other);
-    name->setText(QStringLiteral("Thrown Away"));
+    Type(name, QStringLiteral("Thrown Away"));
     messages.answer(MsgAnswer::No);
     EXPECT_TRUE(other->close());
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sEvent_nm FROM tblEvents WHERE lEvent_id = 1")),
@@ -332,7 +329,7 @@ TEST_F(EventWindow, AFailedSaveKeepsTheTypedRecordAndSaysWhy) {
     EXPECT_EQ(name->text(), QStringLiteral("Test and Tune Day"));
     EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblEvents")).toInt(), 1);
 
-    name->setText(QStringLiteral("Another Day"));
+    Type(name, QStringLiteral("Another Day"));
     Press(*window, "ID_Save");
     EXPECT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(list->count(), 2);
