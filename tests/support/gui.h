@@ -45,13 +45,15 @@ QAction* ToolWithinReach(QWidget& window, const QString& toolId, QString* why = 
 // such tool or the user can't reach it now (see ToolWithinReach).
 void Press(QWidget& window, const char* toolId);
 
-// Clicks into the box and types the text key by key in place of what it held (Ctrl+A first; an
-// empty text is the selection deleted). The box stays focused: Leave it, or type into the next.
+// Clicks into the box and types the text key by key in place of what it held (End, Shift+Home,
+// then the keys; an empty text deletes the selection; a line break is Enter). A box on a tab page
+// behind another is brought forward by a click on its tab first; a disabled or hidden box fails
+// the test. The box stays focused: Leave it, or type into the next.
 void Type(QWidget* box, const QString& text);
 
 // Picks the entry with exactly this text as a person does: a click opens the list, the arrow
 // keys walk to the entry, Enter takes it (QComboBox::activated, even for the entry already
-// shown).
+// shown). Reaching the combo follows Type's rule.
 void Pick(QComboBox* combo, const QString& text);
 
 // An empty notes pane showing its hint, which is no text of the pane.
