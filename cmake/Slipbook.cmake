@@ -42,16 +42,21 @@ function(slipbook_ui_library name)
     target_link_libraries(${name} PUBLIC Qt6::Widgets ${ARG_PUBLIC_DEPS} PRIVATE ${ARG_PRIVATE_DEPS})
 endfunction()
 
-# slipbook_test(name SOURCES ... DEPS ... [TIMEOUT seconds]): one GoogleTest executable per
-# subsystem.
+# slipbook_test(name [GUI] SOURCES ... DEPS ... [TIMEOUT seconds]): one GoogleTest executable per
+# subsystem. A GUI test program gets the window test support and its main, which makes the one
+# application object.
 function(slipbook_test name)
-    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;DEPS" ${ARGN})
+    cmake_parse_arguments(ARG "GUI" "TIMEOUT" "SOURCES;DEPS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     set_target_properties(${name} PROPERTIES AUTOMOC ON
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     slipbook_settings(${name})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tests)
-    target_link_libraries(${name} PRIVATE ${ARG_DEPS} GTest::gtest GTest::gtest_main)
+    if(ARG_GUI)
+        target_link_libraries(${name} PRIVATE ${ARG_DEPS} slipbook_testsupport_gui GTest::gtest)
+    else()
+        target_link_libraries(${name} PRIVATE ${ARG_DEPS} GTest::gtest GTest::gtest_main)
+    endif()
     # Where the built program, its template and its tools are.
     target_compile_definitions(${name} PRIVATE SLIPBOOK_BIN_DIR="${CMAKE_BINARY_DIR}/bin")
     set(timeout)

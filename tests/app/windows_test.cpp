@@ -8,6 +8,7 @@
 #include "shell/ui/qtmessages.h"
 #include "store/dberror.h"
 #include "store/ui/frmSplash.h"
+#include "support/gui.h"
 #include "support/logbook.h"
 #include "support/scriptedmessages.h"
 
@@ -39,12 +40,12 @@ using namespace slipbook;
 
 namespace {
 
+const test::UseApplication kProgramsOwn([](int& argc, char** argv) -> QApplication* {
+    return new app::Application(argc, argv);
+});
+
 app::Application& App() {
-    static int argc = 1;
-    static char name[] = "windows_test";
-    static char* argv[] = {name, nullptr};
-    static auto* application = new app::Application(argc, argv);
-    return *application;
+    return *static_cast<app::Application*>(QCoreApplication::instance());
 }
 
 struct SeenBox {
@@ -96,7 +97,6 @@ public:
 }  // namespace
 
 TEST(Windows, SplashShowsVersionAndStatusAndAnyKeyClosesIt) {
-    App();
     store::frmSplash splash;
     EXPECT_FALSE(splash.testAttribute(Qt::WA_QuitOnClose));
     splash.setVersion(QStringLiteral("Version 1.0"));
@@ -130,7 +130,6 @@ TEST(Windows, SplashShowsVersionAndStatusAndAnyKeyClosesIt) {
 }
 
 TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
-    App();
     test::TempLogbook lb;
     test::ScriptedMessages messages;
     QTemporaryDir appDir;
@@ -178,7 +177,7 @@ TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
         opened << url;
         return opens;
     });
-    main.tool(tools::kContents)->trigger();
+    test::Press(main, "ID_Contents");
     EXPECT_TRUE(opened.isEmpty());
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_TRUE(messages.last().text.contains(QDir::toNativeSeparators(main.helpPath())));
@@ -187,11 +186,11 @@ TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
     QFile page(main.helpPath());
     ASSERT_TRUE(page.open(QIODevice::WriteOnly));
     page.close();
-    main.tool(tools::kContents)->trigger();
+    test::Press(main, "ID_Contents");
     EXPECT_EQ(opened, QList<QUrl>{QUrl::fromLocalFile(main.helpPath())});
     EXPECT_EQ(messages.shown.size(), 1u);
     opens = false;
-    main.tool(tools::kContents)->trigger();
+    test::Press(main, "ID_Contents");
     EXPECT_EQ(messages.shown.size(), 2u);
 
     // About is a modal window with the name and the version.
@@ -204,19 +203,18 @@ TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
         }
         about->close();
     });
-    main.tool(tools::kAbout)->trigger();
+    test::Press(main, "ID_About");
     EXPECT_TRUE(aboutText.contains(QStringLiteral("Slipbook Pro")));
     EXPECT_TRUE(aboutText.contains(QStringLiteral("Version 1.0")));
 
     // Exit closes the window, which ends the program.
     main.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&main));
-    main.tool(tools::kExit)->trigger();
+    test::Press(main, "ID_Exit");
     EXPECT_FALSE(main.isVisible());
 }
 
 TEST(Windows, MessageBoxesCarryTextTitleIconButtonsAndDefault) {
-    App();
     shell::QtMessages messages;
     MsgAnswer answer = MsgAnswer::Ok;
 
@@ -269,7 +267,6 @@ TEST(Windows, AnErrorInAnEventHandlerIsReportedAndTheProgramGoesOn) {
 }
 
 TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
-    App();
     test::TempLogbook lb;
     test::ScriptedMessages messages;
     store::LogbookEvents notifier;

@@ -32,17 +32,7 @@ using namespace slipbook;
 
 namespace {
 
-class FormHelpers : public ::testing::Test {
-protected:
-    static void SetUpTestSuite() {
-        if (QApplication::instance() == nullptr) {
-            static int argc = 1;
-            static char name[] = "common_ui_tests";
-            static char* argv[] = {name, nullptr};
-            new QApplication(argc, argv);
-        }
-    }
-};
+class FormHelpers : public ::testing::Test {};
 
 QList<QAction*> EditTools(QObject* owner) {
     QList<QAction*> tools;

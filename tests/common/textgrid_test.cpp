@@ -1,6 +1,7 @@
 #include "common/textgrid.h"
 
 #include "common/forms.h"
+#include "support/modelcheck.h"
 
 #include <gtest/gtest.h>
 
@@ -266,6 +267,52 @@ TEST(TextGridModel, SortKeepsSelectionsAndLoadsWithOneReset) {
 
     grid.AddRow(u"3\t0");
     EXPECT_EQ(inserts, 1);
+}
+
+TEST(TextGridModel, EveryChangeKeepsTheItemModelContract) {
+    TextGridModel grid;
+    slipbook::test::ModelCheck check(&grid);
+
+    // Columns one by one, then rows of each kind, on an empty grid and on a filled one.
+    GridColumn key = Col("lRun_id", gridtype::Number);
+    key.visible = false;
+    grid.AddColumn(key);
+    grid.AddColumn(Col("dtRun_dt", gridtype::Date));
+    grid.AddColumn(Col("i14Mile_et", gridtype::Number, 1));
+    grid.AddRow(u"1\t07/04/2003\t10.5");
+    grid.AddRow(QStringList{"2", "07/05/2003", "9.25"});
+    grid.AddRow(u"3");  // missing cells read as empty
+    EXPECT_EQ(grid.Cell(2, 2), QString());
+    grid.SetRowText(0, u"1\t07/04/2003\t10.25");
+    grid.GridHeadersSet(u"Key;Date;1/4 ET", u';');
+    EXPECT_EQ(grid.headerData(2, Qt::Horizontal).toString(), QStringLiteral("1/4 ET"));
+
+    // A sort moves the rows under their persistent indexes.
+    const QPersistentModelIndex run2(grid.index(1, 2));
+    grid.GridSort(2);
+    EXPECT_EQ(Column(grid, 0), (QStringList{"3", "2", "1"}));
+    EXPECT_EQ(run2.row(), 1);
+    grid.GridSort(1);
+    EXPECT_EQ(Column(grid, 0), (QStringList{"3", "1", "2"}));
+
+    grid.RemoveRow(1);
+    grid.RemoveRow(grid.RowCount() - 1);
+    grid.RemoveRow(0);
+    EXPECT_EQ(grid.RowCount(), 0);
+    grid.SetRows(std::vector<QString>{QStringLiteral("4\t\t8"), QStringLiteral("5\t07/06/2003\t")});
+    grid.SetRows(std::vector<QStringList>{{"6", "07/07/2003", "11"}});
+    EXPECT_EQ(grid.RowCount(), 1);
+    grid.RemoveAll();
+    EXPECT_EQ(grid.columnCount(), 3);
+    grid.AddRow(u"7\t\t");
+    grid.Clear();
+    EXPECT_EQ(grid.columnCount(), 0);
+    EXPECT_EQ(grid.rowCount(), 0);
+    // A new layout over rows left from the last.
+    grid.AddColumn(Col("key"));
+    grid.AddRow(u"8");
+    grid.SetColumns({Col("key"), Col("value")});
+    EXPECT_EQ(grid.Cell(0, 1), QString());
 }
 
 TEST(TextGridModel, SortsAHundredThousandRows) {

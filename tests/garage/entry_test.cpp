@@ -7,8 +7,8 @@
 #include "garage/ui/frmEvent.h"
 #include "garage/ui/frmMaintenance.h"
 #include "garage/ui/frmTrack.h"
+#include "support/gui.h"
 #include "support/tooltable.h"
-#include "windowtest.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -67,7 +67,7 @@ TEST_F(Entry, NotesTypedBehindTheirHintAreKeptToTheLetter) {
               QStringLiteral("Clean pass"));
 
     // By Tab from the box before it.
-    notes->clear();
+    Type(notes, QString());
     Key(*event, Qt::Key_S, Qt::ControlModifier);
     EXPECT_TRUE(Scalar(QStringLiteral("SELECT sEventNotes_tx FROM tblEvents")).isNull());
     ClickInto(Child<QLineEdit>(*event, "txtPurse_amt"));

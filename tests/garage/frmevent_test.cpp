@@ -6,7 +6,7 @@
 #include "common/ui/formhelpers.h"
 #include "store/currency.h"
 #include "store/recordset.h"
-#include "windowtest.h"
+#include "support/gui.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -32,15 +32,12 @@ struct EventWindow : WindowTest {
         list = Child<QListWidget>(*window, "lstEvents");
         return window;
     }
-    void Pick(QComboBox* combo, const char* text) {
-        combo->setCurrentIndex(combo->findText(QString::fromUtf8(text)));
-    }
     // Fills every required field of a new event.
     void FillValid(const QString& eventName) {
-        name->setText(eventName);
+        Type(name, eventName);
         Pick(tracks, "Home Track");
-        start->setText(QStringLiteral("06/01/2024"));
-        end->setText(QStringLiteral("06/02/2024"));
+        Type(start, QStringLiteral("06/01/2024"));
+        Type(end, QStringLiteral("06/02/2024"));
         Pick(classes, "Bracket Race");
     }
 
@@ -91,7 +88,7 @@ TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {
     main.state.storedTool = tools::kNew;
     auto window = Open();
     ShowActive(*window);
-    notes->setPlainText(QStringLiteral("Typed first"));
+    Type(notes, QStringLiteral("Typed first"));
     const auto save = [&](const char* message, const char* focus) {
         messages.shown.clear();
         Press(*window, tools::kSave);
@@ -102,17 +99,17 @@ TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {
         EXPECT_EQ(FocusName(*window), QString::fromUtf8(focus));
         EXPECT_TRUE(window->RecordAdd());
     };
-    name->setText(QStringLiteral("   "));
+    Type(name, QStringLiteral("   "));
     save("Event Description Must Be Filled In", "txtEvent_nm");
-    name->setText(QStringLiteral("Spring Fling"));
+    Type(name, QStringLiteral("Spring Fling"));
     save("Track Must Be Selected", "cboTracks");
     Pick(tracks, "Home Track");
     save("Invalid Start Date, Use MM/DD/YYYY Format", "mebEventStart_dt");
-    start->setText(QStringLiteral("13/45/2024"));
+    Type(start, QStringLiteral("13/45/2024"));
     save("Invalid Start Date, Use MM/DD/YYYY Format", "mebEventStart_dt");
-    start->setText(QStringLiteral("04/13/2024"));
+    Type(start, QStringLiteral("04/13/2024"));
     save("Invalid End Date, Use MM/DD/YYYY Format", "mebEventEnd_dt");
-    end->setText(QStringLiteral("04/14/2024"));
+    Type(end, QStringLiteral("04/14/2024"));
     save("Event Class Must Be Selected", "cboEventClass");
 
     Pick(classes, "Match Race");
@@ -128,8 +125,8 @@ TEST_F(EventWindow, ValidatesInOrderAndFocusesTheField) {
 TEST_F(EventWindow, NewWithChangesSavesFirstAndStaysWhenThatFails) {
     main.state.event.id = 1;
     auto window = Open();
-    name->clear();
-    Press(*window, tools::kNew);
+    Type(name, QString());
+    Press(*window, "ID_New");
     EXPECT_EQ(messages.last().text, QStringLiteral("Event Description Must Be Filled In"));
     EXPECT_FALSE(window->RecordAdd());
     EXPECT_TRUE(window->DataChanged());
@@ -137,8 +134,8 @@ TEST_F(EventWindow, NewWithChangesSavesFirstAndStaysWhenThatFails) {
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sEvent_nm FROM tblEvents WHERE lEvent_id = 1")),
               QStringLiteral("Test and Tune Day"));
 
-    name->setText(QStringLiteral("Renamed Day"));
-    Press(*window, tools::kNew);
+    Type(name, QStringLiteral("Renamed Day"));
+    Press(*window, "ID_New");
     EXPECT_TRUE(window->RecordAdd());
     EXPECT_FALSE(window->DataChanged());
     EXPECT_TRUE(name->text().isEmpty());
@@ -155,20 +152,20 @@ TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
     const QString eventName = QStringLiteral("Bob's \"Big\" Bracket Bash");
     const QString longNote =
         QStringLiteral("It's the 'final' round; \"quoted\"\nsecond line  ") + QString(4000, u'x');
-    name->setText(eventName);
+    Type(name, eventName);
     EXPECT_EQ(name->palette().color(QPalette::Text), QColor(Qt::red));
     Pick(tracks, "Home Track");
-    start->setText(QStringLiteral("06/01/2024"));
+    Type(start, QStringLiteral("06/01/2024"));
     Leave(start);
     EXPECT_EQ(end->displayText(), QStringLiteral("06/01/2024"));  // the end follows the start
-    end->setText(QStringLiteral("06/03/2024"));
+    Type(end, QStringLiteral("06/03/2024"));
     Leave(start);
     EXPECT_EQ(end->displayText(), QStringLiteral("06/03/2024"));  // but only into an empty end
     Pick(classes, "Championship");
     QTest::keyClicks(purse, QStringLiteral("12a,5.0-0"));
     EXPECT_EQ(purse->text(), QStringLiteral("12500"));  // digits only
-    notes->setPlainText(longNote);
-    Press(*window, tools::kSave);
+    Type(notes, longNote);
+    Press(*window, "ID_Save");
     ASSERT_TRUE(messages.shown.empty()) << messages.last().text.toStdString();
     EXPECT_NE(name->palette().color(QPalette::Text), QColor(Qt::red));
 
@@ -196,8 +193,8 @@ TEST_F(EventWindow, SaveAndReopenKeepEveryFieldExactly) {
     EXPECT_EQ(notes->toPlainText(), longNote);
 
     // A purse typed with its grouping is a number again.
-    purse->setText(QStringLiteral("1,500"));
-    Press(*again, tools::kSave);
+    Type(purse, QStringLiteral("1,500"));
+    Press(*again, "ID_Save");
     EXPECT_EQ(
         Scalar(QStringLiteral("SELECT cPurse_amt FROM tblEvents WHERE lEvent_id = %1").arg(id))
             .value<store::Currency>()
@@ -209,7 +206,7 @@ TEST_F(EventWindow, ATypedClassIsOfferedForAddingBeforeTheSave) {
     main.state.storedTool = tools::kNew;
     auto window = Open();
     FillValid(QStringLiteral("Sportsman Day"));
-    classes->setEditText(QStringLiteral("Sportsman Series"));
+    Type(classes, QStringLiteral("Sportsman Series"));
     messages.answer(MsgAnswer::No);
     Press(*window, tools::kSave);
     ASSERT_EQ(messages.shown.size(), 2u);
@@ -235,9 +232,8 @@ TEST_F(EventWindow, ATypedClassIsOfferedForAddingBeforeTheSave) {
     // A typed name of a class in the list, in another case, is that class.
     Press(*window, tools::kNew);
     FillValid(QStringLiteral("Second Day"));
-    classes->setCurrentIndex(-1);
-    classes->setEditText(QStringLiteral("match race"));
-    Press(*window, tools::kSave);
+    Type(classes, QStringLiteral("match race"));
+    Press(*window, "ID_Save");
     EXPECT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(Scalar(QStringLiteral(
                   "SELECT lEventClass_id FROM tblEvents WHERE sEvent_nm = 'Second Day'")),
@@ -258,7 +254,8 @@ TEST_F(EventWindow, DeleteFollowsUseAndAsksFirst) {
     list->setCurrentRow(1);
     EXPECT_EQ(name->text(), QStringLiteral("Fall Classic"));
     ASSERT_TRUE(window->tool(tools::kDelete)->isEnabled());
-    QTest::keyClick(list, Qt::Key_Delete);  // answered with the default, No
+    messages.answer(MsgAnswer::No);  // the default
+    QTest::keyClick(list, Qt::Key_Delete);
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.last().text,
               QStringLiteral("Delete The Fall Classic - Event Record For (Fall Classic)"));
@@ -290,7 +287,7 @@ TEST_F(EventWindow, ClosingAsksToSaveAndActsOnTheAnswer) {
     main.state.event.id = 1;
     auto window = Open();
     ShowActive(*window);
-    name->setText(QStringLiteral("Edited"));
+    Type(name, QStringLiteral("Edited"));
 
     messages.answer(MsgAnswer::Cancel);
     EXPECT_FALSE(window->close());
@@ -298,12 +295,12 @@ TEST_F(EventWindow, ClosingAsksToSaveAndActsOnTheAnswer) {
     EXPECT_EQ(messages.last().title, QStringLiteral("Form Unload"));
     EXPECT_EQ(messages.last().buttons, MsgButtons::YesNoCancel);
 
-    name->clear();
+    Type(name, QString());
     messages.answer(MsgAnswer::Yes);  // fails validation: the window stays
     EXPECT_FALSE(window->close());
     EXPECT_EQ(messages.last().text, QStringLiteral("Event Description Must Be Filled In"));
 
-    name->setText(QStringLiteral("Saved On Closing"));
+    Type(name, QStringLiteral("Saved On Closing"));
     messages.answer(MsgAnswer::Yes);
     EXPECT_TRUE(window->close());
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sEvent_nm FROM tblEvents WHERE lEvent_id = 1")),
@@ -311,7 +308,7 @@ TEST_F(EventWindow, ClosingAsksToSaveAndActsOnTheAnswer) {
 
     auto other = Open();
     ShowActive(*other);
-    name->setText(QStringLiteral("Thrown Away"));
+    Type(name, QStringLiteral("Thrown Away"));
     messages.answer(MsgAnswer::No);
     EXPECT_TRUE(other->close());
     EXPECT_EQ(Scalar(QStringLiteral("SELECT sEvent_nm FROM tblEvents WHERE lEvent_id = 1")),
@@ -333,8 +330,8 @@ TEST_F(EventWindow, AFailedSaveKeepsTheTypedRecordAndSaysWhy) {
     EXPECT_EQ(name->text(), QStringLiteral("Test and Tune Day"));
     EXPECT_EQ(Scalar(QStringLiteral("SELECT COUNT(*) FROM tblEvents")).toInt(), 1);
 
-    name->setText(QStringLiteral("Another Day"));
-    Press(*window, tools::kSave);
+    Type(name, QStringLiteral("Another Day"));
+    Press(*window, "ID_Save");
     EXPECT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(list->count(), 2);
 }

@@ -4,7 +4,7 @@
 #include "garage/ui/frmMaintenance.h"
 #include "common/tools.h"
 #include "store/recordset.h"
-#include "windowtest.h"
+#include "support/gui.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -116,29 +116,30 @@ TEST_F(MaintenanceWindow, FiltersByDateCarAndStatus) {
         "INSERT INTO tblMaintenance (lMaintenance_id, lCar_id, bCompleted, iScheduledRuns, "
         "iRunsMade, sMaintenanceNotes_tx) VALUES (6, 2, False, 10, 10, 'Other car item')"));
     auto window = Open();
+    ShowActive(*window);
     EXPECT_EQ(filterCar->itemText(0), QStringLiteral("<All Cars>"));
     EXPECT_EQ(filterCar->itemText(1), QStringLiteral("Another Car"));  // by name
     EXPECT_EQ(filterStatus->currentText(), QStringLiteral("<All Maintenance>"));
     EXPECT_EQ(Column(0).size(), 6);
 
-    filterCar->setCurrentIndex(1);
+    Pick(filterCar, QStringLiteral("Another Car"));
     EXPECT_EQ(Column(0), (QStringList{"6"}));
     EXPECT_EQ(notes->toPlainText(), QStringLiteral("Other car item"));  // the shown item follows
-    filterCar->setCurrentIndex(2);
+    Pick(filterCar, QStringLiteral("My Race Car"));
     EXPECT_EQ(Column(0), (QStringList{"5", "1", "2", "3", "4"}));
-    filterStatus->setCurrentIndex(1);
+    Pick(filterStatus, QStringLiteral("<Upcoming Maintenance>"));
     EXPECT_EQ(Column(0), (QStringList{"1", "2", "3"}));
-    filterStatus->setCurrentIndex(0);
+    Pick(filterStatus, QStringLiteral("<All Maintenance>"));
 
-    from->setText(QStringLiteral("07/04/2003"));
+    Type(from, QStringLiteral("07/04/2003"));
     EXPECT_EQ(Column(0).size(), 5);  // dates count once the box is left
     Leave(from);
     EXPECT_EQ(Column(0), (QStringList{"5"}));
-    from->clear();
-    to->setText(QStringLiteral("07/03/2003"));
+    Type(from, QString());
+    Type(to, QStringLiteral("07/03/2003"));
     Leave(to);
     EXPECT_TRUE(Column(0).isEmpty());
-    to->setText(QStringLiteral("99/99/2003"));  // no date: no filter
+    Type(to, QStringLiteral("99/99/2003"));  // no date: no filter
     Leave(to);
     EXPECT_EQ(Column(0).size(), 5);
 }
@@ -158,17 +159,17 @@ TEST_F(MaintenanceWindow, ValidatesAndSavesANewItem) {
         EXPECT_EQ(messages.last().title, QStringLiteral("Data Entry Error"));
         EXPECT_EQ(FocusName(*window), QString::fromUtf8(focus));
     };
-    notes->setPlainText(QStringLiteral("Change the oil's filter"));
+    Type(notes, QStringLiteral("Change the oil's filter"));
     save("Please select a car", "cboCar");
-    car->setCurrentIndex(0);
+    Pick(car, QStringLiteral("My Race Car"));
     save("Scheduled number of runs is required (enter 1 or more)", "txtScheduledRuns");
-    scheduled->setText(QStringLiteral("30"));
-    made->setText(QStringLiteral("-1"));
+    Type(scheduled, QStringLiteral("30"));
+    Type(made, QStringLiteral("-1"));
     save("Runs made so far cannot be negative (enter 0 or more)", "txtRunsMade");
-    made->setText(QStringLiteral("3"));
+    Type(made, QStringLiteral("3"));
     completed->click();
     EXPECT_EQ(date->displayText(), QStringLiteral("05/06/2024"));
-    date->clear();
+    Type(date, QString());
     save("Invalid Maintenance Date, Use MM/DD/YYYY Format", "mebMaintenance_dt");
     completed->click();
     EXPECT_EQ(date->displayText(), QStringLiteral("__/__/____"));
@@ -208,7 +209,7 @@ TEST_F(MaintenanceWindow, MarkCompletedTodaySavesAtOnce) {
 TEST_F(MaintenanceWindow, AnotherLineAsksToSaveTheShownOne) {
     auto window = Open();
     Click(1);  // item 1
-    notes->setPlainText(QStringLiteral("Edited A"));
+    Type(notes, QStringLiteral("Edited A"));
 
     messages.answer(MsgAnswer::Cancel);
     Click(4);
@@ -226,7 +227,7 @@ TEST_F(MaintenanceWindow, AnotherLineAsksToSaveTheShownOne) {
                   "SELECT sMaintenanceNotes_tx FROM tblMaintenance WHERE lMaintenance_id = 1")),
               QStringLiteral("Example Upcoming or Due Maintenance A"));
 
-    notes->setPlainText(QStringLiteral("Edited Future"));
+    Type(notes, QStringLiteral("Edited Future"));
     messages.answer(MsgAnswer::Yes);
     ShowActive(*window);
     // A real click: the grid reloads under the view while it handles the press.

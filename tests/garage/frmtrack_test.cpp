@@ -3,7 +3,7 @@
 #include "garage/ui/frmTrack.h"
 #include "common/tools.h"
 #include "store/recordset.h"
-#include "windowtest.h"
+#include "support/gui.h"
 
 #include <QLineEdit>
 #include <QListWidget>
@@ -43,13 +43,13 @@ TEST_F(TrackWindow, ValidatesNameThenAddress) {
     main.state.storedTool = tools::kNew;
     auto window = Open();
     ShowActive(*window);
-    contact->setText(QStringLiteral("Pat"));
-    Press(*window, tools::kSaveandNew);
+    Type(contact, QStringLiteral("Pat"));
+    Press(*window, "ID_SaveandNew");
     EXPECT_EQ(messages.last().text, QStringLiteral("Track Name Must Be Filled In"));
     EXPECT_EQ(messages.last().title, QStringLiteral("Data Entry Error"));
     EXPECT_EQ(FocusName(*window), QStringLiteral("txtTrack_nm"));
-    name->setText(QStringLiteral("Desert Strip"));
-    Press(*window, tools::kSaveandNew);
+    Type(name, QStringLiteral("Desert Strip"));
+    Press(*window, "ID_SaveandNew");
     EXPECT_EQ(messages.last().text, QStringLiteral("Track Address Must Be Filled In"));
     EXPECT_EQ(FocusName(*window), QStringLiteral("txtTrackAddress_tx"));
     EXPECT_EQ(contact->text(), QStringLiteral("Pat"));  // Save and New stayed on the record
@@ -65,12 +65,12 @@ TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
     EXPECT_HINT(notes, "<Type notes here>");
     EXPECT_EQ(phone->displayText(), QStringLiteral("(___) ___-____"));
 
-    name->setText(QStringLiteral("O'Reilly \"Raceway\" Park"));
-    address->setPlainText(QStringLiteral("1 Strip Rd\nSpeed City, TX"));
-    contact->setText(QStringLiteral("D'Angelo"));
-    phone->setText(QStringLiteral("5551234567"));
-    url->setText(QStringLiteral("http://example.org/o'reilly"));
-    notes->setPlainText(QStringLiteral("Bring a 'jacket'"));
+    Type(name, QStringLiteral("O'Reilly \"Raceway\" Park"));
+    Type(address, QStringLiteral("1 Strip Rd\nSpeed City, TX"));
+    Type(contact, QStringLiteral("D'Angelo"));
+    Type(phone, QStringLiteral("5551234567"));
+    Type(url, QStringLiteral("http://example.org/o'reilly"));
+    Type(notes, QStringLiteral("Bring a 'jacket'"));
     main.calls.clear();
     Press(*window, tools::kSave);
     ASSERT_TRUE(messages.shown.empty()) << messages.last().text.toStdString();
@@ -105,8 +105,8 @@ TEST_F(TrackWindow, SaveAndReopenKeepEveryFieldAndEachTabItsPlaceholder) {
     Grab(*again, QStringLiteral("frmTrack"));
 
     // An emptied phone box stores nothing.
-    phone->clear();
-    Press(*again, tools::kSave);
+    Type(phone, QString());
+    Press(*again, "ID_Save");
     EXPECT_TRUE(
         Scalar(QStringLiteral("SELECT sTrackPhone FROM tblTracks WHERE lTrack_id = %1").arg(id))
             .isNull());
@@ -117,10 +117,10 @@ TEST_F(TrackWindow, ATrackWithEventsCannotBeDeleted) {
     auto window = Open();
     EXPECT_FALSE(window->tool(tools::kDelete)->isEnabled());
 
-    Press(*window, tools::kNew);
-    name->setText(QStringLiteral("Spare Strip"));
-    address->setPlainText(QStringLiteral("Nowhere"));
-    Press(*window, tools::kSave);
+    Press(*window, "ID_New");
+    Type(name, QStringLiteral("Spare Strip"));
+    Type(address, QStringLiteral("Nowhere"));
+    Press(*window, "ID_Save");
     ASSERT_TRUE(window->tool(tools::kDelete)->isEnabled());
     const qint64 id = window->CurrentRecordId();
 

@@ -7,11 +7,11 @@
 #include "app/windows.h"
 #include "common/tools.h"
 #include "garage/ui/frmMaintenance.h"
-#include "garage/windowtest.h"
 #include "run/runsave.h"
 #include "shell/runlist.h"
 #include "shell/ui/frmMain.h"
 #include "shell/ui/frozentableview.h"
+#include "support/gui.h"
 #include "weather/station.h"
 
 #include <QCheckBox>
@@ -131,17 +131,8 @@ struct RunWindow : WindowTest {
     }
     // Replaces the text as typed, key by key, then leaves the box.
     void Type(QWidget* field, const QString& text) {
-        if (auto* box = qobject_cast<QLineEdit*>(field)) {
-            box->selectAll();
-            if (text.isEmpty()) {
-                QTest::keyClick(box, Qt::Key_Delete);
-            }
-        }
-        QTest::keyClicks(field, text);
+        test::Type(field, text);
         Leave(field);
-    }
-    void Pick(QComboBox* combo, const char* text) {
-        combo->setCurrentIndex(combo->findText(QString::fromUtf8(text)));
     }
     QStringList Shown() const {
         QStringList texts;
@@ -224,7 +215,7 @@ TEST_F(RunWindow, ANewRunTypedEndToEnd) {
     EXPECT_TRUE(w->DataChanged());
     EXPECT_TRUE(w->tool(tools::kSave)->isEnabled());
     EXPECT_EQ(F(*w, "txtRunNumber")->palette().color(QPalette::Text), QColor(Qt::red));
-    F(*w, "mebRun_tm")->setText(QStringLiteral("10:05 AM"));
+    Type(F(*w, "mebRun_tm"), QStringLiteral("10:05 AM"));
     Pick(F<QComboBox>(*w, "cboOpponents"), "Bye Run");
     Pick(F<QComboBox>(*w, "cboRunTypes"), "Eliminations");
     F<QCheckBox>(*w, "SSChkFullRun_fl")->click();
@@ -324,39 +315,39 @@ TEST_F(RunWindow, ChecksInOrderWithTheirMessagesAndFocus) {
         EXPECT_EQ(FocusName(*w), QString::fromLatin1(focus));
         EXPECT_TRUE(w->RecordAdd());
     };
-    F(*w, "txtRunNumber")->setText(QString());
+    test::Type(F(*w, "txtRunNumber"), QString());
     save("Run Number Must Be Entered", "txtRunNumber");
     EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("1"));  // filled in for the user
     save("Event Must Be Selected", "cboEvents");
     Pick(F<QComboBox>(*w, "cboEvents"), "Test and Tune Day");
-    F(*w, "mebRun_dt")->setText(QStringLiteral("13/45/2024"));
+    test::Type(F(*w, "mebRun_dt"), QStringLiteral("13/45/2024"));
     save("Invalid Date, Use MM/DD/YYYY Format", "mebRun_dt");
-    F(*w, "mebRun_dt")->setText(QString());  // no date at all is allowed
-    F(*w, "mebRun_tm")->setText(QStringLiteral("25:99 PM"));
+    test::Type(F(*w, "mebRun_dt"), QString());  // no date at all is allowed
+    test::Type(F(*w, "mebRun_tm"), QStringLiteral("25:99 PM"));
     save("Invalid Time, Use HH:MM am/pm Format", "mebRun_tm");
-    F(*w, "mebRun_tm")->setText(QStringLiteral("09:15 AM"));
-    F<QComboBox>(*w, "cboRunTypes")->setCurrentIndex(-1);
+    test::Type(F(*w, "mebRun_tm"), QStringLiteral("09:15 AM"));
+    test::Type(F<QComboBox>(*w, "cboRunTypes"), QString());
     save("Run Type Must Be Selected", "cboRunTypes");
     Pick(F<QComboBox>(*w, "cboRunTypes"), "Qualifying");
-    F<QComboBox>(*w, "cboOpponents")->setCurrentIndex(-1);
+    test::Type(F<QComboBox>(*w, "cboOpponents"), QString());
     save("Opponent Must Be Selected", "cboOpponents");
     Pick(F<QComboBox>(*w, "cboOpponents"), "Solo Pass");
-    F(*w, "txtTemp")->setText(QStringLiteral("121"));
+    test::Type(F(*w, "txtTemp"), QStringLiteral("121"));
     save("Valid Temperature Range 32-120", "txtTemp");
-    F(*w, "txtTemp")->setText(QStringLiteral("120"));
-    F(*w, "txtHumidity")->setText(QStringLiteral("100.5"));
+    test::Type(F(*w, "txtTemp"), QStringLiteral("120"));
+    test::Type(F(*w, "txtHumidity"), QStringLiteral("100.5"));
     save("Valid Humidity Range 0-100", "txtHumidity");
-    F(*w, "txtHumidity")->setText(QStringLiteral("100"));
-    F(*w, "txtBarometricPressure")->setText(QStringLiteral("31.51"));
+    test::Type(F(*w, "txtHumidity"), QStringLiteral("100"));
+    test::Type(F(*w, "txtBarometricPressure"), QStringLiteral("31.51"));
     save("Valid Air Pressure Range 20-31.5", "txtBarometricPressure");
-    F(*w, "txtBarometricPressure")->setText(QStringLiteral("31.5"));
+    test::Type(F(*w, "txtBarometricPressure"), QStringLiteral("31.5"));
     // A humidity box emptied can't give the figures: said in words, nothing written.
-    F(*w, "txtHumidity")->setText(QString());
+    test::Type(F(*w, "txtHumidity"), QString());
     save("The air figures can't be calculated: humidity is empty", "txtHumidity");
-    F(*w, "txtHumidity")->setText(QStringLiteral("0"));
+    test::Type(F(*w, "txtHumidity"), QStringLiteral("0"));
 
     // Save and New with a failed check stays on the run; with a good one it starts the next.
-    F(*w, "txtRunNumber")->setText(QStringLiteral("0"));
+    test::Type(F(*w, "txtRunNumber"), QStringLiteral("0"));
     messages.shown.clear();
     Press(*w, tools::kNew);
     EXPECT_EQ(Shown(), QStringList{QStringLiteral("Run Number Must Be Entered")});
@@ -680,7 +671,7 @@ TEST_F(RunWindow, NumbersOpponentsNamesAndShowingAStoredRow) {
     Pick(F<QComboBox>(*w, "cboEvents"), "Summer Nats");
     // A typed opponent is offered for adding, in name case.
     auto* opponents = F<QComboBox>(*w, "cboOpponents");
-    opponents->setEditText(QStringLiteral("jim o'neil"));
+    test::Type(opponents, QStringLiteral("jim o'neil"));
     messages.answer(MsgAnswer::Yes);
     Leave(opponents);
     EXPECT_EQ(messages.last().text, QStringLiteral("Add Jim O'Neil"));
@@ -714,7 +705,7 @@ TEST_F(RunWindow, NumbersOpponentsNamesAndShowingAStoredRow) {
     Type(F(*w, "txtRunNumber"), QStringLiteral("-"));
     EXPECT_EQ(F(*w, "txtRunNumber")->text(), QStringLiteral("1"));
     // A typed opponent declined stays typed, and the save refuses it.
-    opponents->setEditText(QStringLiteral("Nobody"));
+    test::Type(opponents, QStringLiteral("Nobody"));
     messages.answer(MsgAnswer::No);
     messages.shown.clear();
     Press(*w, tools::kSave);
@@ -768,7 +759,6 @@ TEST_F(RunWindow, DeleteFromTheRunWindow) {
 }
 
 TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
-    GuiApp();
     TempLogbook logbook;
     ScriptedMessages messages;
     store::LogbookEvents notifier;
@@ -777,21 +767,22 @@ TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
                         QStringLiteral("/nonexistent"));
     app::RegisterWindows(main);
     main.FormLoadStuff();
+    ShowActive(main);
     ASSERT_EQ(main.grid().RowCount(), 0);
 
-    main.ToolClick(tools::kNew);
+    Press(main, "ID_New");
     auto* w = qobject_cast<frmRun*>(main.OpenWindow(tools::kRuns));
     ASSERT_NE(w, nullptr);
     EXPECT_EQ(w->windowTitle(), QStringLiteral("New - Run "));
     EXPECT_EQ(main.lockCount(), 1);
     EXPECT_FALSE(main.gridView()->isEnabled());
     // All events listed: the run's event is the user's pick.
-    auto* events = qobject_cast<QComboBox*>(w->Control(QStringLiteral("cboEvents")));
-    events->setCurrentIndex(events->findText(QStringLiteral("Test and Tune Day")));
+    Pick(qobject_cast<QComboBox*>(w->Control(QStringLiteral("cboEvents"))),
+         QStringLiteral("Test and Tune Day"));
     auto* dial = qobject_cast<QLineEdit*>(w->Control(QStringLiteral("txtDialIn")));
     dial->selectAll();
     QTest::keyClicks(dial, QStringLiteral("11.25"));
-    w->tool(tools::kSaveandClose)->trigger();
+    Press(*w, "ID_SaveandClose");
     QApplication::processEvents();
     for (QWidget* top : QApplication::topLevelWidgets()) {
         if (qobject_cast<garage::frmMaintenance*>(top) != nullptr) {
@@ -809,7 +800,7 @@ TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
     EXPECT_EQ(main.statusMessage(), QStringLiteral("1 Record(s)"));
 
     // Opened on the row, shown with the row's caption.
-    main.ToolClick(tools::kOpen);
+    Press(main, "ID_Open");
     w = qobject_cast<frmRun*>(main.OpenWindow(tools::kRuns));
     ASSERT_NE(w, nullptr);
     EXPECT_EQ(qobject_cast<QLineEdit*>(w->Control(QStringLiteral("txtDialIn")))->text(),
@@ -819,7 +810,7 @@ TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
 
     // Deleted from the list: the question names the run, and the row goes.
     messages.answer(MsgAnswer::Yes);
-    main.ToolClick(tools::kDelete);
+    Press(main, "ID_Delete");
     EXPECT_EQ(messages.last().text,
               QStringLiteral("Delete The Run Record For (") +
                   QDate::currentDate().toString(QStringLiteral("MM/dd/yyyy")) + u')');
@@ -832,7 +823,6 @@ TEST(RunWindowInMain, OpenedSavedAndDeletedThroughTheMainWindow) {
 }
 
 TEST(RunWindowInMain, AlertsShareTheOneMaintenanceWindowAndRenamedFieldsHeadTheList) {
-    GuiApp();
     TempLogbook logbook;
     ScriptedMessages messages;
     store::LogbookEvents notifier;
@@ -845,16 +835,16 @@ TEST(RunWindowInMain, AlertsShareTheOneMaintenanceWindowAndRenamedFieldsHeadTheL
     // Every open item of the car is due, and the racer has the maintenance window open.
     logbook.db().Execute(QStringLiteral(
         "UPDATE tblMaintenance SET iRunsMade = iScheduledRuns WHERE bCompleted = 0"));
-    main.ToolClick(tools::kMaintenance);
+    Press(main, "ID_Maintenance");
     QPointer<QWidget> open = main.OpenWindow(tools::kMaintenance);
     ASSERT_NE(open, nullptr);
 
     const auto saveRun = [&](const QString& customName) {
-        main.ToolClick(tools::kNew);
+        Press(main, "ID_New");
         auto* w = qobject_cast<frmRun*>(main.OpenWindow(tools::kRuns));
         ASSERT_NE(w, nullptr);
-        auto* events = qobject_cast<QComboBox*>(w->Control(QStringLiteral("cboEvents")));
-        events->setCurrentIndex(events->findText(QStringLiteral("Test and Tune Day")));
+        Pick(qobject_cast<QComboBox*>(w->Control(QStringLiteral("cboEvents"))),
+             QStringLiteral("Test and Tune Day"));
         if (!customName.isEmpty()) {
             qobject_cast<QPushButton*>(w->Control(QStringLiteral("cmdEditCustomFieldNames")))
                 ->click();
@@ -865,7 +855,7 @@ TEST(RunWindowInMain, AlertsShareTheOneMaintenanceWindowAndRenamedFieldsHeadTheL
         auto* dial = qobject_cast<QLineEdit*>(w->Control(QStringLiteral("txtDialIn")));
         dial->selectAll();
         QTest::keyClicks(dial, QStringLiteral("11.25"));
-        w->tool(tools::kSaveandClose)->trigger();
+        Press(*w, "ID_SaveandClose");
         QApplication::processEvents();
     };
     saveRun(QString());

@@ -4,8 +4,9 @@
 #include "shell/ui/frozentableview.h"
 #include "shell/ui/gridprint.h"
 #include "store/database.h"
-#include "support/fakemain.h"
+#include "support/gui.h"
 #include "support/logbook.h"
+#include "support/modelcheck.h"
 #include "support/scriptedmessages.h"
 #include "support/tooltable.h"
 
@@ -45,16 +46,6 @@ using namespace slipbook;
 
 namespace {
 
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "shell_ui_tests";
-    static char* argv[] = {name, nullptr};
-    // Never destroyed: torn down among the exit handlers it crashes, after the print support it
-    // loaded or with the input devices that QTest makes.
-    static auto* app = new QApplication(argc, argv);
-    return *app;
-}
-
 QVariant Scalar(store::Database& db, const QString& sql) {
     store::Query q = db.OpenQuery(sql);
     return q.Next() ? q.Value(0) : QVariant();
@@ -71,8 +62,7 @@ void AddRun(store::Database& db, int id, int car, const char* date, const char* 
 }
 
 struct Fixture {
-    Fixture()
-        : main((App(), lb.db()), box, notifier, clock, QString(), QStringLiteral("/nonexistent")) {}
+    Fixture() : main(lb.db(), box, notifier, clock, QString(), QStringLiteral("/nonexistent")) {}
     test::TempLogbook lb;
     test::ScriptedMessages box;
     store::LogbookEvents notifier;
@@ -237,6 +227,7 @@ TEST(MainWindow, SelectorsHonourAndWriteTheDefaults) {
                        "'Alpha', '7', True)"));
     AddRun(db, 900, 40000, "07/04/2003", "10:30 AM", "9.5");
     f.main.FormLoadStuff();
+    test::ShowActive(f.main);
 
     // Two cars flagged: the last by name wins; a key above 32767 is no trouble.
     QComboBox* cars = f.main.selector(tools::kCarList);
@@ -249,8 +240,7 @@ TEST(MainWindow, SelectorsHonourAndWriteTheDefaults) {
     EXPECT_EQ(f.main.selector(tools::kEventList)->itemText(0), QStringLiteral("<All Events>"));
 
     // Picking a car makes it the only default and lists its runs.
-    cars->setCurrentIndex(cars->findText(QStringLiteral("Alpha")));
-    Q_EMIT cars->activated(cars->currentIndex());
+    test::Pick(cars, QStringLiteral("Alpha"));
     EXPECT_EQ(f.main.state().car.id, 7);
     EXPECT_EQ(
         Scalar(db, QStringLiteral("SELECT COUNT(*) AS n FROM tblCars WHERE bDefault_fl")).toInt(),
@@ -268,8 +258,7 @@ TEST(MainWindow, SelectorsHonourAndWriteTheDefaults) {
     EXPECT_EQ(views->itemText(0), views->itemText(0).toUpper());
     const int pro = views->findText(QStringLiteral("PRO"), Qt::MatchContains);
     ASSERT_GE(pro, 0);
-    views->setCurrentIndex(pro);
-    Q_EMIT views->activated(pro);
+    test::Pick(views, views->itemText(pro));
     EXPECT_EQ(
         Scalar(db, QStringLiteral("SELECT sTable_nm FROM tblViews WHERE bDefault_fl")).toString(),
         QStringLiteral("tblProView"));
@@ -329,6 +318,53 @@ TEST(MainWindow, SortKeepsTheSelectedRowAndPrintsEveryRow) {
     EXPECT_TRUE(text.contains(grid.Column(et).caption));
 }
 
+TEST(MainWindow, RunListKeepsTheItemModelContractThroughLoadSortPutAndRemove) {
+    Fixture f;
+    TextGridModel& grid = f.main.grid();
+    test::ModelCheck check(&grid);
+    store::Database& db = f.lb.db();
+    AddRun(db, 41, 1, "07/01/2003", "10:00 AM", "10.5");
+    AddRun(db, 42, 1, "07/02/2003", "10:00 AM", "9.25");
+    AddRun(db, 43, 1, "07/03/2003", "10:00 AM", "9.75");
+    f.main.FormLoadStuff();
+    test::ShowActive(f.main);
+    ASSERT_EQ(grid.RowCount(), 3);
+
+    // Sorted by a click on the quarter-mile header, the selected run selected still.
+    QHeaderView* header = f.main.gridView()->horizontalHeader();
+    const int et = grid.ColumnIndex(u"i14Mile_et");
+    ASSERT_GE(et, f.main.gridView()->frozenColumns());
+    shell::FrozenTableView* view = f.main.gridView();
+    view->scrollTo(grid.index(2, et));
+    Settle();
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
+                      view->visualRect(grid.index(2, et)).center());
+    ASSERT_EQ(f.main.SelectedKeyText(), QStringLiteral("43"));
+    ClickSection(header, et);
+    EXPECT_EQ(grid.Cell(0, 0), QStringLiteral("42"));
+    EXPECT_EQ(f.main.SelectedKeyText(), QStringLiteral("43"));
+
+    // A saved run's row put in place and added, then removed, as the run window does.
+    QStringList cells(grid.ColumnCount());
+    cells[0] = QStringLiteral("42");
+    cells[et] = QStringLiteral("9.200");
+    f.main.GridRowPut(QStringLiteral("42"), TextGridModel::JoinCells(cells));
+    EXPECT_EQ(grid.RowCount(), 3);
+    EXPECT_EQ(grid.Cell(grid.GridFindRow(u"42"), et), QStringLiteral("9.200"));
+    cells[0] = QStringLiteral("44");
+    f.main.GridRowPut(QStringLiteral("44"), TextGridModel::JoinCells(cells));
+    EXPECT_EQ(grid.RowCount(), 4);
+    EXPECT_EQ(f.main.SelectedKeyText(), QStringLiteral("44"));
+    f.main.GridRowRemove(QStringLiteral("42"));
+    f.main.GridRowRemove(QStringLiteral("44"));
+    EXPECT_EQ(grid.RowCount(), 2);
+    EXPECT_EQ(f.main.statusMessage(), QStringLiteral("2 Record(s)"));
+
+    // And loaded anew by the tool.
+    test::Press(f.main, "ID_Runs");
+    EXPECT_EQ(grid.RowCount(), 3);
+}
+
 TEST(MainWindow, LogbookCopiesOutAndInAndRefusesWhatIsNoLogbook) {
     Fixture f;
     store::Database& db = f.lb.db();
@@ -347,13 +383,13 @@ TEST(MainWindow, LogbookCopiesOutAndInAndRefusesWhatIsNoLogbook) {
         l.open(QIODevice::ReadOnly);
         return l.readAll();
     }();
-    f.main.ToolClick(tools::kCopyToDiskette);
+    test::Press(f.main, "ID_CopyToDiskette");
     EXPECT_TRUE(f.box.last().text.contains(QStringLiteral("holds the logbook in use")));
     QFile l(f.lb.path());
     ASSERT_TRUE(l.open(QIODevice::ReadOnly));
     EXPECT_EQ(l.readAll(), live);
     chosen = out.path();
-    f.main.ToolClick(tools::kCopyToDiskette);
+    test::Press(f.main, "ID_CopyToDiskette");
     const QString copy = out.filePath(QStringLiteral("Slipbook.db"));
     ASSERT_TRUE(QFileInfo::exists(copy));
     // The logbook in use goes on after the copy.
@@ -368,7 +404,7 @@ TEST(MainWindow, LogbookCopiesOutAndInAndRefusesWhatIsNoLogbook) {
     j.close();
     chosen = junk;
     const size_t before = f.box.shown.size();
-    f.main.ToolClick(tools::kCopyFromDiskette);
+    test::Press(f.main, "ID_CopyFromDiskette");
     ASSERT_EQ(f.box.shown.size(), before + 1);
     EXPECT_TRUE(f.box.last().text.contains(QStringLiteral("not a Slipbook logbook")));
     EXPECT_EQ(Scalar(db, QStringLiteral("SELECT COUNT(*) AS n FROM tblRuns")).toInt(), 2);
@@ -376,7 +412,7 @@ TEST(MainWindow, LogbookCopiesOutAndInAndRefusesWhatIsNoLogbook) {
     // The copy comes back in, the replaced logbook kept beside it, and the list follows.
     chosen = copy;
     f.box.answer(MsgAnswer::Yes);
-    f.main.ToolClick(tools::kCopyFromDiskette);
+    test::Press(f.main, "ID_CopyFromDiskette");
     EXPECT_EQ(Scalar(db, QStringLiteral("SELECT COUNT(*) AS n FROM tblRuns")).toInt(), 1);
     EXPECT_EQ(f.main.grid().RowCount(), 1);
     const QStringList kept = QDir(f.lb.dir()).entryList({QStringLiteral("Slipbook-*.db")});
@@ -398,8 +434,8 @@ TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
         return new QWidget;
     });
     EXPECT_TRUE(weather->isEnabled());
-    weather->trigger();
-    weather->trigger();
+    test::Press(f.main, "ID_Weather");
+    test::Press(f.main, "ID_Weather");
     EXPECT_EQ(made, 1);
     delete f.main.OpenWindow(tools::kWeather);
 
@@ -414,12 +450,12 @@ TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
     for (int car = 0; car < 101; ++car) {
         next = car;
         db.Execute(QStringLiteral("UPDATE tblCars SET sCar_num = '%1' WHERE lCar_id = 1").arg(car));
-        f.main.ToolClick(tools::kETTS);
+        test::Press(f.main, "ID_ETTS");
     }
     EXPECT_EQ(windows.size(), 100u);
     EXPECT_EQ(f.box.last().text, QStringLiteral("Can't load another ET Prediction window!"));
     db.Execute(QStringLiteral("UPDATE tblCars SET sCar_num = '5' WHERE lCar_id = 1"));
-    f.main.ToolClick(tools::kETTS);
+    test::Press(f.main, "ID_ETTS");
     EXPECT_EQ(windows.size(), 100u);
     EXPECT_EQ(windows[5]->reloads, 1);
     f.main.CalcAllETPrediction(QStringLiteral("1.0294"), QStringLiteral("1,468"));
@@ -428,7 +464,7 @@ TEST(MainWindow, ToolsWaitForTheirWindowsAndProgramWindowsAreOnePerCar) {
     delete windows[3]->Widget();
     next = 200;
     db.Execute(QStringLiteral("UPDATE tblCars SET sCar_num = '200' WHERE lCar_id = 1"));
-    f.main.ToolClick(tools::kETTS);
+    test::Press(f.main, "ID_ETTS");
     EXPECT_EQ(windows.size(), 101u);
 
     // The lock on the grid nests.
@@ -487,7 +523,7 @@ TEST(MainWindow, CalculatorWebPageAndRunsTitle) {
         started << program;
         return false;
     });
-    f.main.ToolClick(tools::kCalculator);
+    test::Press(f.main, "ID_Calculator");
     EXPECT_EQ(f.box.last().text, QStringLiteral("Can't locate calc.exe on your computer!"));
 
     QList<QUrl> opened;
@@ -495,7 +531,7 @@ TEST(MainWindow, CalculatorWebPageAndRunsTitle) {
         opened << url;
         return true;
     });
-    f.main.ToolClick(tools::kQuadrumex);
+    test::Press(f.main, "ID_Quadrumex");
     ASSERT_EQ(opened.size(), 1);
     EXPECT_EQ(opened[0].scheme(), QStringLiteral("https"));
     EXPECT_EQ(f.main.state().storedTool, tools::kQuadrumex);
@@ -505,7 +541,7 @@ TEST(MainWindow, CalculatorWebPageAndRunsTitle) {
     f.main.state().filter.text = QStringLiteral("1/4 et Between 9 AND 11");
     f.main.state().filter.sql =
         QStringLiteral("SELECT * from tblRuns WHERE i14Mile_et >= 9 AND lCar_id = 1");
-    f.main.ToolClick(tools::kRuns);
+    test::Press(f.main, "ID_Runs");
     EXPECT_EQ(f.main.titleText(), QStringLiteral(" My Race Car Runs (Filter Active)"));
     EXPECT_EQ(f.main.tool(tools::kFilter)->toolTip(), QStringLiteral("1/4 et Between 9 AND 11"));
     // The list of a filter keeps the run number and event columns in view.
@@ -521,9 +557,10 @@ TEST(MainWindow, PrintedListReadsWholeOnEveryBand) {
     AddRaceDay(f.lb.db(), 60);
     f.clock.now = QDateTime(QDate(2003, 7, 4), QTime(21, 47, 30));
     f.main.FormLoadStuff();
+    test::ShowActive(f.main);
     QComboBox* events = f.main.selector(tools::kEventList);
-    events->setCurrentIndex(events->findText(QStringLiteral("Rock"), Qt::MatchStartsWith));
-    Q_EMIT events->activated(events->currentIndex());
+    test::Pick(events,
+               events->itemText(events->findText(QStringLiteral("Rock"), Qt::MatchStartsWith)));
     const QString title = f.main.titleText().trimmed();
     ASSERT_TRUE(title.contains(QStringLiteral("Thunder Valley Raceway")));
     QTemporaryDir dir;
@@ -567,8 +604,7 @@ TEST(MainWindow, PrintedListReadsWholeOnEveryBand) {
     // The widest view goes on in bands; each band's pages start with the date, time and run
     // number of each row, every caption is printed whole, and every page is stamped.
     QComboBox* views = f.main.selector(tools::kViews);
-    views->setCurrentIndex(views->findText(QStringLiteral("PRO"), Qt::MatchContains));
-    Q_EMIT views->activated(views->currentIndex());
+    test::Pick(views, views->itemText(views->findText(QStringLiteral("PRO"), Qt::MatchContains)));
     const TextGridModel& grid = f.main.grid();
     QSet<QString> runs;
     QSet<QString> cellWords;
@@ -660,7 +696,7 @@ TEST(MainWindow, PrintFromThePreviewIsStampedWhenItPrints) {
     });
     QAction* tool = f.main.tool(tools::kPrint);
     ASSERT_TRUE(tool->isEnabled());
-    tool->trigger();
+    test::Press(f.main, "ID_Print");
     ASSERT_TRUE(printed);
     const std::vector<PdfPage> pages = PdfPages(pdf);
     ASSERT_FALSE(pages.empty());
@@ -805,7 +841,7 @@ TEST(MainWindow, HeadersShowTheSortArrowAndElideCaptionsThatDoNotFit) {
     EXPECT_EQ(header->sortIndicatorSection(), date);
 
     // A reload comes in the list's own order, with no arrow.
-    f.main.ToolClick(tools::kRuns);
+    test::Press(f.main, "ID_Runs");
     EXPECT_FALSE(header->isSortIndicatorShown() && header->sortIndicatorSection() >= 0);
     EXPECT_FALSE(frozen->isSortIndicatorShown() && frozen->sortIndicatorSection() >= 0);
     header->setStyle(nullptr);

@@ -29,14 +29,6 @@ using weather::frmWeather;
 
 namespace {
 
-void App() {
-    static int argc = 1;
-    static char name[] = "weather_ui_tests";
-    static char* argv[] = {name, nullptr};
-    static auto* application = new QApplication(argc, argv);
-    (void)application;
-}
-
 class FakeTimer : public weather::PollTimer {
 public:
     void start(int ms) override {
@@ -102,7 +94,6 @@ const QStringList kGoodPushes = {"CalcAllETPrediction 1.0294 1,468", "CalcAllTun
 class WeatherWindow : public ::testing::Test {
 protected:
     void SetUp() override {
-        App();
         ASSERT_TRUE(dir.isValid());
         main.state.weatherDir = dir.path();
         main.clock.now = QDateTime(QDate(2005, 7, 4), QTime(15, 5, 9));
