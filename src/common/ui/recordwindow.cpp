@@ -177,7 +177,7 @@ RecordWindow::RecordWindow(store::Database& db, Messages& messages, store::Logbo
 RecordWindow::~RecordWindow() = default;
 
 QAction* RecordWindow::AddTool(const tools::Tool& t) {
-    auto* action = new QAction(tr(t.caption), this);
+    auto* action = new QAction(QString::fromUtf8(t.caption), this);
     const QString id = t.id;
     action->setObjectName(id);
     action->setShortcuts(ToolKeys(t));
@@ -200,7 +200,7 @@ void RecordWindow::BuildTools() {
     for (const tools::Menu& m : RecordMenus()) {
         QMenu* menu = nullptr;
         if (m.under.isEmpty()) {
-            menu = menuBar_->addMenu(tr(m.caption));
+            menu = menuBar_->addMenu(QString::fromUtf8(m.caption));
         } else {
             menu = new QMenu(this);
             tool(m.under)->setMenu(menu);

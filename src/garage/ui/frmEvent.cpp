@@ -87,17 +87,17 @@ void frmEvent::BuildBody() {
     rtbEventNotes_tx_ = new QPlainTextEdit(panel);
     rtbEventNotes_tx_->setObjectName(QStringLiteral("rtbEventNotes_tx"));
 
-    grid->addWidget(label(tr("Desc:"), txtEvent_nm_), 0, 0);
+    grid->addWidget(label(QStringLiteral("Desc:"), txtEvent_nm_), 0, 0);
     grid->addWidget(txtEvent_nm_, 0, 1, 1, 4);
-    grid->addWidget(label(tr("Track:"), cboTracks_), 1, 0);
+    grid->addWidget(label(QStringLiteral("Track:"), cboTracks_), 1, 0);
     grid->addWidget(cboTracks_, 1, 1, 1, 4);
-    grid->addWidget(label(tr("Dates:"), mebEventStart_dt_), 2, 0);
+    grid->addWidget(label(QStringLiteral("Dates:"), mebEventStart_dt_), 2, 0);
     grid->addWidget(mebEventStart_dt_, 2, 1);
-    grid->addWidget(label(tr("thru"), mebEventEnd_dt_), 2, 2, Qt::AlignCenter);
+    grid->addWidget(label(QStringLiteral("thru"), mebEventEnd_dt_), 2, 2, Qt::AlignCenter);
     grid->addWidget(mebEventEnd_dt_, 2, 3);
-    grid->addWidget(label(tr("Class:"), cboEventClass_), 3, 0);
+    grid->addWidget(label(QStringLiteral("Class:"), cboEventClass_), 3, 0);
     grid->addWidget(cboEventClass_, 3, 1, 1, 4);
-    grid->addWidget(label(tr("Purse:"), txtPurse_amt_), 4, 0);
+    grid->addWidget(label(QStringLiteral("Purse:"), txtPurse_amt_), 4, 0);
     grid->addWidget(txtPurse_amt_, 4, 1);
     grid->addWidget(rtbEventNotes_tx_, 5, 0, 1, 5);
     grid->setColumnStretch(4, 1);

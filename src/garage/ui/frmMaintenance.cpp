@@ -119,22 +119,22 @@ void frmMaintenance::BuildFilters() {
     efCar_ = new QComboBox(atbMaintenance_);
     efCar_->setObjectName(tools::kEfCar);
     efCar_->setMinimumContentsLength(14);
-    efCar_->setToolTip(tr("Only include maintenance for this car"));
+    efCar_->setToolTip(QStringLiteral("Only include maintenance for this car"));
     efStatus_ = new QComboBox(atbMaintenance_);
     efStatus_->setObjectName(tools::kEfStatus);
     efStatus_->addItem(QStringLiteral("<All Maintenance>"), 0);
     efStatus_->addItem(QStringLiteral("<Upcoming Maintenance>"), 1);
     efStatus_->addItem(QStringLiteral("<Critical Maintenance>"), 2);
 
-    atbMaintenance_->addWidget(new QLabel(tr("Show dates from "), atbMaintenance_));
+    atbMaintenance_->addWidget(new QLabel(QStringLiteral("Show dates from "), atbMaintenance_));
     atbMaintenance_->addWidget(efDateFrom_);
-    atbMaintenance_->addWidget(new QLabel(tr(" to "), atbMaintenance_));
+    atbMaintenance_->addWidget(new QLabel(QStringLiteral(" to "), atbMaintenance_));
     atbMaintenance_->addWidget(efDateTo_);
     atbMaintenance_->addSeparator();
-    atbMaintenance_->addWidget(new QLabel(tr("Car: "), atbMaintenance_));
+    atbMaintenance_->addWidget(new QLabel(QStringLiteral("Car: "), atbMaintenance_));
     atbMaintenance_->addWidget(efCar_);
     atbMaintenance_->addSeparator();
-    atbMaintenance_->addWidget(new QLabel(tr("Status: "), atbMaintenance_));
+    atbMaintenance_->addWidget(new QLabel(QStringLiteral("Status: "), atbMaintenance_));
     atbMaintenance_->addWidget(efStatus_);
     AddToolBarRow(atbMaintenance_);
 
@@ -223,24 +223,25 @@ void frmMaintenance::BuildBody() {
         count->setMaximumWidth(count->fontMetrics().horizontalAdvance(QStringLiteral("000000")) +
                                16);
     }
-    chkCompleted_ = new QCheckBox(tr("Completed on date"), panel);
+    chkCompleted_ = new QCheckBox(QStringLiteral("Completed on date"), panel);
     chkCompleted_->setObjectName(QStringLiteral("chkCompleted"));
     mebMaintenance_dt_ = MakeDateBox(QStringLiteral("mebMaintenance_dt"), panel);
     CheckOnLeave(mebMaintenance_dt_, kDateMaskEmpty,
                  QStringLiteral("Invalid Maintenance Date, Use MM/DD/YYYY Format"));
-    btnMarkCompleted_ = new QPushButton(tr("Mark this maintenance item COMPLETED today!"), panel);
+    btnMarkCompleted_ =
+        new QPushButton(QStringLiteral("Mark this maintenance item COMPLETED today!"), panel);
     btnMarkCompleted_->setObjectName(QStringLiteral("btnMarkCompleted"));
 
-    auto* carLabel = new QLabel(tr("Car:"), panel);
+    auto* carLabel = new QLabel(QStringLiteral("Car:"), panel);
     carLabel->setBuddy(cboCar_);
-    auto* notesLabel = new QLabel(tr("Maintenance Description:"), panel);
+    auto* notesLabel = new QLabel(QStringLiteral("Maintenance Description:"), panel);
     notesLabel->setBuddy(rtbMaintenanceNotes_tx_);
     auto* sentence = new QHBoxLayout;
-    sentence->addWidget(new QLabel(tr("Schedule after"), panel));
+    sentence->addWidget(new QLabel(QStringLiteral("Schedule after"), panel));
     sentence->addWidget(txtScheduledRuns_);
-    sentence->addWidget(new QLabel(tr("runs, of which"), panel));
+    sentence->addWidget(new QLabel(QStringLiteral("runs, of which"), panel));
     sentence->addWidget(txtRunsMade_);
-    sentence->addWidget(new QLabel(tr("runs have been made already."), panel));
+    sentence->addWidget(new QLabel(QStringLiteral("runs have been made already."), panel));
     sentence->addStretch(1);
     auto* completion = new QHBoxLayout;
     completion->addWidget(chkCompleted_);

@@ -86,18 +86,18 @@ void frmTrack::BuildBody() {
     rtbTrackDirections_tx_->setObjectName(QStringLiteral("rtbTrackDirections_tx"));
     rtbTrackNotes_tx_ = new QPlainTextEdit(sstabTrack_);
     rtbTrackNotes_tx_->setObjectName(QStringLiteral("rtbTrackNotes_tx"));
-    sstabTrack_->addTab(rtbTrackDirections_tx_, tr("Directions"));
-    sstabTrack_->addTab(rtbTrackNotes_tx_, tr("Notes"));
+    sstabTrack_->addTab(rtbTrackDirections_tx_, QStringLiteral("Directions"));
+    sstabTrack_->addTab(rtbTrackNotes_tx_, QStringLiteral("Notes"));
 
-    grid->addWidget(label(tr("Name:"), txtTrack_nm_), 0, 0);
+    grid->addWidget(label(QStringLiteral("Name:"), txtTrack_nm_), 0, 0);
     grid->addWidget(txtTrack_nm_, 0, 1, 1, 2);
-    grid->addWidget(label(tr("Address:"), txtTrackAddress_tx_), 1, 0, Qt::AlignTop);
+    grid->addWidget(label(QStringLiteral("Address:"), txtTrackAddress_tx_), 1, 0, Qt::AlignTop);
     grid->addWidget(txtTrackAddress_tx_, 1, 1, 1, 2);
-    grid->addWidget(label(tr("Contact:"), txtTrackContact_nm_), 2, 0);
+    grid->addWidget(label(QStringLiteral("Contact:"), txtTrackContact_nm_), 2, 0);
     grid->addWidget(txtTrackContact_nm_, 2, 1, 1, 2);
-    grid->addWidget(label(tr("Phone:"), mebTrackPhone_), 3, 0);
+    grid->addWidget(label(QStringLiteral("Phone:"), mebTrackPhone_), 3, 0);
     grid->addWidget(mebTrackPhone_, 3, 1);
-    grid->addWidget(label(tr("Internet:"), txtTrackInternet_url_), 4, 0);
+    grid->addWidget(label(QStringLiteral("Internet:"), txtTrackInternet_url_), 4, 0);
     grid->addWidget(txtTrackInternet_url_, 4, 1, 1, 2);
     grid->addWidget(sstabTrack_, 5, 0, 1, 3);
     grid->setColumnStretch(2, 1);

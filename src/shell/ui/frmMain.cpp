@@ -83,10 +83,10 @@ frmMain::frmMain(store::Database& db, Messages& messages, store::LogbookEvents& 
           return QProcess::startDetached(program, args);
       }),
       pathChooser_([this](const QString& caption, bool folder) {
-          return folder
-                     ? QFileDialog::getExistingDirectory(this, caption)
-                     : QFileDialog::getOpenFileName(this, caption, QString(),
-                                                    tr("Slipbook logbooks (*.db);;All files (*)"));
+          return folder ? QFileDialog::getExistingDirectory(this, caption)
+                        : QFileDialog::getOpenFileName(
+                              this, caption, QString(),
+                              QStringLiteral("Slipbook logbooks (*.db);;All files (*)"));
       }) {
     setObjectName(QStringLiteral("frmMain"));
 
@@ -142,13 +142,13 @@ void frmMain::Available(const QString& id) {
 void frmMain::BuildTools() {
     QHash<QString, QMenu*> menus;
     for (const tools::Menu& m : MainMenus()) {
-        QMenu* menu = menuBar()->addMenu(tr(m.caption));
+        QMenu* menu = menuBar()->addMenu(QString::fromUtf8(m.caption));
         menu->setObjectName(m.id);
         menu->menuAction()->setObjectName(m.id);
         menus.insert(m.id, menu);
     }
     for (const tools::Tool& t : MainTools()) {
-        QAction* action = AddTool(t.id, tr(t.caption));
+        QAction* action = AddTool(t.id, QString::fromUtf8(t.caption));
         action->setShortcuts(ToolKeys(t));
         action->setCheckable(t.checkable);
     }
@@ -158,13 +158,13 @@ void frmMain::BuildTools() {
     }
 
     // The tool bar with its selectors.
-    toolBar_ = addToolBar(tr("Tools"));
+    toolBar_ = addToolBar(QStringLiteral("Tools"));
     toolBar_->setObjectName(QStringLiteral("atbMain"));
     toolBar_->setMovable(false);
     toolBar_->setToolButtonStyle(Qt::ToolButtonTextOnly);
     FillToolBar(toolBar_, MainTools(), lookup);
     addToolBarBreak();
-    auto* selectors = addToolBar(tr("Selectors"));
+    auto* selectors = addToolBar(QStringLiteral("Selectors"));
     selectors->setObjectName(QStringLiteral("atbMainSelectors"));
     selectors->setMovable(false);
     // A label and its box are one tool, so that a selector the bar has no room for goes into
@@ -200,7 +200,7 @@ void frmMain::BuildTools() {
         return c;
     };
     for (const Selector& s : MainSelectors()) {
-        combo(s.id, s.label, tr(s.caption), s.characters, s.stretches);
+        combo(s.id, s.label, QString::fromUtf8(s.caption), s.characters, s.stretches);
     }
     carList_ = selector(tools::kCarList);
     eventList_ = selector(tools::kEventList);
@@ -232,7 +232,7 @@ void frmMain::BuildCentral() {
                        " padding: 6px 10px; border-bottom: 3px solid #d62d20;"));
     logo_ = new QLabel(QStringLiteral("QUADRUMEX"), top);
     logo_->setObjectName(QStringLiteral("pnlLogo"));
-    logo_->setToolTip(tr("Double-click for the maker's web page"));
+    logo_->setToolTip(QStringLiteral("Double-click for the maker's web page"));
     logo_->setStyleSheet(
         QStringLiteral("background: #1b2430; color: #d62d20; font-weight: bold; font-style: italic;"
                        " padding: 6px 12px; border-bottom: 3px solid #d62d20;"));
@@ -273,7 +273,7 @@ void frmMain::BuildCentral() {
     notes_ = new QPlainTextEdit(splitter_);
     notes_->setObjectName(QStringLiteral("rtbNotes"));
     notes_->setReadOnly(true);
-    notes_->setPlaceholderText(tr("Notes"));
+    notes_->setPlaceholderText(QStringLiteral("Notes"));
     splitter_->addWidget(grid_);
     splitter_->addWidget(notes_);
     splitter_->setStretchFactor(0, 4);
@@ -563,7 +563,8 @@ void frmMain::RunsTool() {
     } else {
         title += QStringLiteral(" for ") + state_.event.desc.trimmed() + QStringLiteral(" at ") +
                  state_.track.desc.trimmed();
-        SetTip(filter, lists_.value(tools::kFilter).open ? tr("Filter Run Data") : kNotYet);
+        SetTip(filter,
+               lists_.value(tools::kFilter).open ? QStringLiteral("Filter Run Data") : kNotYet);
     }
     title_->setText(title);
     ListLoad(tools::kRuns);

@@ -21,52 +21,57 @@ namespace slipbook::shell {
 // Logbook copies, calculator, about
 
 void frmMain::CopyToFolder() {
-    const QString folder =
-        pathChooser_(tr("Copy the logbook to a folder (a removable drive or any folder)"), true);
+    const QString folder = pathChooser_(
+        QStringLiteral("Copy the logbook to a folder (a removable drive or any folder)"), true);
     if (folder.isEmpty()) {
         return;
     }
     const QString target = QDir(folder).filePath(store::LogbookFileName());
     // Through a link or a second name, the folder may still be the logbook's own.
     if (store::SameFile(target, db_.Name())) {
-        messages_.inform(tr("That folder holds the logbook in use; choose another folder."),
-                         tr("File Copy"), MsgIcon::Exclamation);
+        messages_.inform(
+            QStringLiteral("That folder holds the logbook in use; choose another folder."),
+            QStringLiteral("File Copy"), MsgIcon::Exclamation);
         return;
     }
     if (QFileInfo::exists(target) &&
-        messages_.ask(tr("%1 already holds a logbook.\nReplace it with this one?")
+        messages_.ask(QStringLiteral("%1 already holds a logbook.\nReplace it with this one?")
                           .arg(QDir::toNativeSeparators(folder)),
-                      tr("File Copy"), MsgButtons::YesNo, MsgAnswer::No) != MsgAnswer::Yes) {
+                      QStringLiteral("File Copy"), MsgButtons::YesNo,
+                      MsgAnswer::No) != MsgAnswer::Yes) {
         return;
     }
     try {
         BusyCursor busy;
         store::CopyLogbookTo(db_, target);
     } catch (const store::DbError& e) {
-        store::ErrorReport(e, tr("File Copy"), messages_);
+        store::ErrorReport(e, QStringLiteral("File Copy"), messages_);
         return;
     }
-    messages_.inform(tr("The logbook was copied to:\n    %1").arg(QDir::toNativeSeparators(target)),
-                     tr("File Copy"), MsgIcon::Information);
+    messages_.inform(
+        QStringLiteral("The logbook was copied to:\n    %1").arg(QDir::toNativeSeparators(target)),
+        QStringLiteral("File Copy"), MsgIcon::Information);
 }
 
 void frmMain::CopyFromFolder() {
-    const QString source =
-        pathChooser_(tr("Copy a logbook from a file (a removable drive or any folder)"), false);
+    const QString source = pathChooser_(
+        QStringLiteral("Copy a logbook from a file (a removable drive or any folder)"), false);
     if (source.isEmpty()) {
         return;
     }
     const QString problem = store::FileProblem(source);
     if (!problem.isEmpty()) {
-        messages_.inform(problem + tr("\nThe logbook in use was not changed."), tr("File Copy"),
-                         MsgIcon::Exclamation);
+        messages_.inform(problem + QStringLiteral("\nThe logbook in use was not changed."),
+                         QStringLiteral("File Copy"), MsgIcon::Exclamation);
         return;
     }
-    if (messages_.ask(tr("Replace the logbook in use with the copy in\n    %1?\nThe logbook in use "
-                         "is kept as a dated "
-                         "backup beside it.")
-                          .arg(QDir::toNativeSeparators(source)),
-                      tr("File Copy"), MsgButtons::YesNo, MsgAnswer::No) != MsgAnswer::Yes) {
+    if (messages_.ask(
+            QStringLiteral(
+                "Replace the logbook in use with the copy in\n    %1?\nThe logbook in use "
+                "is kept as a dated "
+                "backup beside it.")
+                .arg(QDir::toNativeSeparators(source)),
+            QStringLiteral("File Copy"), MsgButtons::YesNo, MsgAnswer::No) != MsgAnswer::Yes) {
         return;
     }
     QString backup;
@@ -74,13 +79,14 @@ void frmMain::CopyFromFolder() {
         BusyCursor busy;
         backup = store::ReplaceLogbook(db_, source, clock_.Now());
     } catch (const store::DbError& e) {
-        store::ErrorReport(e, tr("File Copy"), messages_);
+        store::ErrorReport(e, QStringLiteral("File Copy"), messages_);
         return;
     }
     ReloadAll();
-    messages_.inform(tr("The logbook was replaced. The one it replaced is kept as:\n    %1")
-                         .arg(QDir::toNativeSeparators(backup)),
-                     tr("File Copy"), MsgIcon::Information);
+    messages_.inform(
+        QStringLiteral("The logbook was replaced. The one it replaced is kept as:\n    %1")
+            .arg(QDir::toNativeSeparators(backup)),
+        QStringLiteral("File Copy"), MsgIcon::Information);
 }
 
 void frmMain::StartCalculator() {
@@ -108,14 +114,14 @@ void frmMain::StartCalculator() {
 void frmMain::ShowAbout() {
     QDialog about(this);
     about.setObjectName(QStringLiteral("frmAbout"));
-    about.setWindowTitle(tr("About Slipbook"));
+    about.setWindowTitle(QStringLiteral("About Slipbook"));
     auto* layout = new QVBoxLayout(&about);
     auto* name = new QLabel(appTitle_, &about);
     name->setObjectName(QStringLiteral("lblTitle"));
     name->setStyleSheet(QStringLiteral("font-size: 16pt; font-weight: bold;"));
     auto* version = new QLabel(store::VersionText(), &about);
     version->setObjectName(QStringLiteral("lblVersion"));
-    auto* text = new QLabel(tr("An electronic logbook for drag racers.\nLogbook: %1")
+    auto* text = new QLabel(QStringLiteral("An electronic logbook for drag racers.\nLogbook: %1")
                                 .arg(QDir::toNativeSeparators(db_.Name())),
                             &about);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, &about);
@@ -129,14 +135,14 @@ void frmMain::ShowAbout() {
 
 void frmMain::HelpContents() {
     if (!help_.available()) {
-        messages_.inform(tr("The help pages were not found. They belong in:") +
+        messages_.inform(QStringLiteral("The help pages were not found. They belong in:") +
                              QStringLiteral("\n    ") + QDir::toNativeSeparators(help_.path),
                          appTitle_, MsgIcon::Information);
         return;
     }
     if (!urlOpener_(QUrl::fromLocalFile(help_.path))) {
         messages_.inform(
-            tr("The help pages could not be opened. Open this file in a web browser:") +
+            QStringLiteral("The help pages could not be opened. Open this file in a web browser:") +
                 QStringLiteral("\n    ") + QDir::toNativeSeparators(help_.path),
             appTitle_, MsgIcon::Information);
     }

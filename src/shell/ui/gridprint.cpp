@@ -338,8 +338,7 @@ void PreviewGrid(const GridPrintJob& job, QWidget* parent) {
                                                                : QPageLayout::Portrait);
     printer.setDocName(job.title.trimmed());
     QPrintPreviewDialog preview(&printer, parent);
-    preview.setWindowTitle(
-        QCoreApplication::translate("slipbook::shell::frmMain", "Print Preview"));
+    preview.setWindowTitle(QStringLiteral("Print Preview"));
     // The preview paints when it opens and again for the printer, each time with the clock.
     QObject::connect(&preview, &QPrintPreviewDialog::paintRequested, &preview,
                      [&job](QPrinter* target) { PrintGrid(job, *target); });
