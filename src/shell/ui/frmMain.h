@@ -12,7 +12,6 @@
 #include "store/database.h"
 #include "store/logbookevents.h"
 
-#include <QDateTime>
 #include <QHash>
 #include <QMainWindow>
 #include <QPointer>
