@@ -1,6 +1,6 @@
-#include "common/tools.h"
 #include "shell/ui/frmMain.h"
 
+#include "common/tools.h"
 #include "shell/ui/fitwidgets.h"
 #include "store/access.h"
 
