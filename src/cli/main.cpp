@@ -2,13 +2,17 @@
 // its window would show, so that results can be checked against reference values.
 
 #include "common/numbers.h"
+#include "prediction/calculators.h"
 #include "weather/airproperties.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
 #include <cstdio>
 #include <cstring>
+#include <optional>
+#include <vector>
 
 namespace {
 
@@ -18,8 +22,10 @@ struct Command {
     const char* name;
     const char* arguments;
     const char* description;
-    int argumentCount;
+    int argumentCount;  // the positional arguments, after any flags
     CalcResult<QString> (*run)(const QStringList& args);
+    const char* flags = "";      // the flags it takes, space-separated, before the positionals
+    bool moreArguments = false;  // further arguments (rows) may follow
 };
 
 CalcResult<QString> RunAir(const QStringList& args) {
@@ -45,6 +51,182 @@ CalcResult<QString> RunBarometerToPressureAltitude(const QStringList& args) {
     return PlainOf(slipbook::weather::BarometerToPressureAltitude(args[0]));
 }
 
+namespace prediction = slipbook::prediction;
+
+QString Flag(bool on) {
+    return on ? QStringLiteral("1") : QStringLiteral("0");
+}
+
+QString MessageTexts(const QList<slipbook::Message>& messages) {
+    QStringList texts;
+    for (const auto& m : messages) {
+        texts << m.text;
+    }
+    return texts.join(QStringLiteral(" | "));
+}
+
+// Takes a flag off the flags that lead the arguments.
+bool TakeFlag(QStringList& args, const char* flag) {
+    const auto isFlag = [](const QString& a) {
+        return a == QLatin1String("--eighth") || a == QLatin1String("--methanol");
+    };
+    for (qsizetype i = 0; i < args.size() && isFlag(args[i]); ++i) {
+        if (args[i] == QLatin1String(flag)) {
+            args.removeAt(i);
+            return true;
+        }
+    }
+    return false;
+}
+
+// A setup row "DA:E14:E18" or "CORR:E14:E18:TIMER"; "null" is a Null column. Empty when the
+// text is not such a row.
+std::optional<std::vector<std::optional<QString>>> RowFields(const QString& text, int count) {
+    const QStringList parts = text.split(u':');
+    if (parts.size() != count) {
+        return std::nullopt;
+    }
+    std::vector<std::optional<QString>> fields;
+    for (const QString& part : parts) {
+        if (part == QLatin1String("null")) {
+            fields.emplace_back();
+        } else {
+            fields.emplace_back(part);
+        }
+    }
+    return fields;
+}
+
+std::optional<std::optional<double>> RowNumber(const std::optional<QString>& field) {
+    if (!field) {
+        return std::optional<double>();
+    }
+    bool ok = false;
+    const double v = field->toDouble(&ok);
+    if (!ok) {
+        return std::nullopt;
+    }
+    return std::optional<double>(v);
+}
+
+CalcResult<prediction::SetupRows> ParseRows(const QStringList& texts, bool withTimer) {
+    prediction::SetupRows rows;
+    for (const QString& text : texts) {
+        const auto fields = RowFields(text, withTimer ? 4 : 3);
+        const auto bad = [&] {
+            return CalcResult<prediction::SetupRows>::failure(
+                QStringLiteral("bad setup row \"%1\"").arg(text));
+        };
+        if (!fields) {
+            return bad();
+        }
+        prediction::SetupRow row;
+        const auto first = RowNumber((*fields)[0]);
+        const auto e14 = RowNumber((*fields)[1]);
+        const auto e18 = RowNumber((*fields)[2]);
+        if (!first || !e14 || !e18) {
+            return bad();
+        }
+        (withTimer ? row.corrFactor : row.densityAlt) = *first;
+        row.quarterEt = *e14;
+        row.eighthEt = *e18;
+        if (withTimer) {
+            row.timer = (*fields)[3];
+        }
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+CalcResult<QString> RunStandardDialIn(const QStringList& args) {
+    static const QHash<QString, prediction::Fuel> fuels = {
+        {QStringLiteral("gas"), prediction::Fuel::Gas},
+        {QStringLiteral("methanol"), prediction::Fuel::Methanol},
+        {QStringLiteral("none"), prediction::Fuel::None}};
+    if (!fuels.contains(args[3])) {
+        return CalcResult<QString>::failure(QStringLiteral("fuel must be gas, methanol or none"));
+    }
+    const prediction::StandardInputs in{args[0], args[1], args[2]};
+    const auto out = prediction::StandardDialIn(in, fuels.value(args[3]));
+    const auto check = prediction::StandardCheck(in);
+    if (out.failed() || check.failed) {
+        return CalcResult<QString>::failure(out.failed() ? out.error : check.reason);
+    }
+    return QStringList{out.results[0], MessageTexts(out.messages), Flag(check.enabled),
+                       check.reason}
+        .join(u'\t');
+}
+
+CalcResult<QString> RunDensityAltDialIn(const QStringList& given) {
+    QStringList args = given;
+    const bool eighth = TakeFlag(args, "--eighth");
+    prediction::DensityAltInputs in;
+    in.lastRunDa = args[0];
+    in.lastRunEt = args[1];
+    in.newDa = args[2];
+    for (int i = 0; i < 3; ++i) {
+        in.da[i] = args[3 + 2 * i];
+        in.et[i] = args[4 + 2 * i];
+    }
+    const auto rows = ParseRows(args.mid(9), false);
+    if (!rows) {
+        return CalcResult<QString>::failure(rows.error());
+    }
+    const auto out = prediction::DensityAltDialIn(in, *rows, !eighth);
+    if (out.failed()) {
+        return CalcResult<QString>::failure(out.error);
+    }
+    return QStringList{out.results[0], out.info.value_or(QString()), MessageTexts(out.messages)}
+        .join(u'\t');
+}
+
+CalcResult<QString> RunThrottleStop(const QStringList& given) {
+    QStringList args = given;
+    const bool methanol = TakeFlag(args, "--methanol");
+    const bool eighth = TakeFlag(args, "--eighth");
+    prediction::ThrottleStopInputs in;
+    in.oldTimer = args[0];
+    in.oldCorr = args[1];
+    in.oldEt = args[2];
+    in.newCorr = args[3];
+    in.desiredEt = args[4];
+    for (int i = 0; i < 2; ++i) {
+        in.corr[i] = args[5 + 3 * i];
+        in.et[i] = args[6 + 3 * i];
+        in.timer[i] = args[7 + 3 * i];
+    }
+    const auto rows = ParseRows(args.mid(11), true);
+    if (!rows) {
+        return CalcResult<QString>::failure(rows.error());
+    }
+    const auto out = prediction::ThrottleStopTimer(in, *rows, !eighth, methanol);
+    const auto check = prediction::ThrottleStopCheck(in, static_cast<int>(rows->size()));
+    if (out.failed() || check.failed) {
+        return CalcResult<QString>::failure(out.failed() ? out.error : check.reason);
+    }
+    return QStringList{out.results[0], out.info.value_or(QString()), MessageTexts(out.messages),
+                       Flag(check.enabled), check.reason}
+        .join(u'\t');
+}
+
+CalcResult<QString> RunRunCompleter(const QStringList& args) {
+    const prediction::RunCompleterInputs in{args[0], args[1], args[2], args[3]};
+    const auto check = prediction::RunCompleterCheck(in);
+    if (check.failed) {
+        return CalcResult<QString>::failure(check.reason);
+    }
+    // Calculate is the one way to this program, and it is off until the check passes.
+    QStringList results{QString(), QString()};
+    if (check.enabled) {
+        const auto out = prediction::RunCompleter(in);
+        if (out.failed()) {
+            return CalcResult<QString>::failure(out.error);
+        }
+        results = out.results;
+    }
+    return QStringList{results[0], results[1], Flag(check.enabled), check.reason}.join(u'\t');
+}
+
 constexpr Command kCommands[] = {
     {"air", "TEMP HUMIDITY BAROMETER",
      "the weather window's seven figures, tab-separated: correction factor, density altitude,\n"
@@ -55,6 +237,25 @@ constexpr Command kCommands[] = {
      RunPressureAltitudeToBarometer},
     {"baro2pa", "BAROMETER", "pressure altitude (feet) for a barometric pressure (in Hg)", 1,
      RunBarometerToPressureAltitude},
+    {"stddialin", "OLDCORR OLDET NEWCORR gas|methanol|none",
+     "standard dial-in: the dial-in, the boxes raised (joined by \" | \"), whether Calculate\n"
+     "is on (1 or 0) and why not",
+     4, RunStandardDialIn},
+    {"dadialin", "[--eighth] LASTDA LASTET NEWDA DA1 ET1 DA2 ET2 DA3 ET3 [ROW...]",
+     "density altitude dial-in: the dial-in, the information line and the boxes raised. Each\n"
+     "ROW is a stored setup run DA:E14:E18 (a number or null each), in stored order;\n"
+     "--eighth picks the eighth-mile setup",
+     9, RunDensityAltDialIn, "--eighth", true},
+    {"throttlestop",
+     "[--methanol] [--eighth] OLDTIMER OLDCORR OLDET NEWCORR DESIRED R1CORR R1ET R1TIMER "
+     "R2CORR R2ET R2TIMER [ROW...]",
+     "throttle stop timer: the new timer, the information line, the boxes raised, whether\n"
+     "Calculate is on and why not. Each ROW is a stored setup run CORR:E14:E18:TIMER, in\n"
+     "stored order",
+     11, RunThrottleStop, "--methanol --eighth", true},
+    {"runcompleter", "OLDINTERIM OLDFULLET OLDFULLMPH NEWINTERIM",
+     "run completer: the estimated ET and MPH, whether Calculate is on and why not", 4,
+     RunRunCompleter},
 };
 
 void PrintUsage() {
@@ -99,7 +300,13 @@ int main(int argc, char** argv) {
         for (int i = 2; i < argc; ++i) {
             args.append(QString::fromLocal8Bit(argv[i]));
         }
-        if (args.size() != c.argumentCount) {
+        qsizetype flags = 0;
+        const QStringList known = QString::fromLatin1(c.flags).split(u' ', Qt::SkipEmptyParts);
+        while (flags < args.size() && known.contains(args[flags])) {
+            ++flags;
+        }
+        const qsizetype positional = args.size() - flags;
+        if (positional < c.argumentCount || (!c.moreArguments && positional != c.argumentCount)) {
             return Fail(QStringLiteral("%1 takes %2 argument(s): %3")
                             .arg(name)
                             .arg(c.argumentCount)
