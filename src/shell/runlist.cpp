@@ -215,6 +215,29 @@ ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListC
     return layout;
 }
 
+ListLayout CatalogueListLayout(store::Database& db, const QList<qint64>& catalogueIds) {
+    ListLayout layout;
+    layout.mode = tools::kRuns;
+    layout.columns.push_back(Hidden("lRun_id"));
+    if (!catalogueIds.isEmpty()) {
+        QStringList ids;
+        for (qint64 id : catalogueIds) {
+            ids << QString::number(id);
+        }
+        auto catalogue = db.OpenRecordset(
+            QStringLiteral("SELECT * FROM tblListViewColumns WHERE sView_id = 'ID_Runs' AND "
+                           "lLVC_id IN (%1) ORDER BY lOrder, lLVC_id")
+                .arg(ids.join(u',')),
+            store::RecordsetType::Snapshot);
+        while (!catalogue->Eof()) {
+            layout.columns.push_back(FromCatalogue(*catalogue));
+            catalogue->MoveNext();
+        }
+    }
+    MarkIdentifyingColumns(layout);
+    return layout;
+}
+
 QString LookupKey(const QVariant& value) {
     switch (value.metaType().id()) {
         case QMetaType::LongLong:

@@ -160,6 +160,32 @@ TEST(RunList, FixedListsShowAddressesPhonesDatesAndLookups) {
     EXPECT_EQ(events.columns[3].alignment, 1);
 }
 
+TEST(RunList, FixedCatalogueColumnsInTheCataloguesOrder) {
+    test::TempLogbook lb;
+    store::Database& db = lb.db();
+    db.Execute(
+        QStringLiteral("INSERT INTO tblRuns (lRun_id, lCar_id, lRun_num, dtRun_dt, "
+                       "i14Mile_et, iDensityAlt_val) VALUES (601, 1, 4, #07/04/2003#, "
+                       "10.1235, 2150)"));
+    db.Execute(
+        QStringLiteral("UPDATE tblListViewColumns SET sColumnHeader = 'ET' WHERE lLVC_id = 190"));
+    // Asked for out of order, with an id the catalogue doesn't have.
+    ListLayout layout = CatalogueListLayout(db, {84, 190, 99999, 67, 70});
+    QStringList names;
+    for (const ListColumn& c : layout.columns) {
+        names << c.name + u'=' + c.caption;
+    }
+    EXPECT_EQ(names, (QStringList{"lRun_id=Key", "dtRun_dt=Date", "lRun_num=Run #", "i14Mile_et=ET",
+                                  "iDensityAlt_val=Density Alt"}));
+    EXPECT_FALSE(layout.columns[0].visible);
+    EXPECT_EQ(layout.columns[3].alignment, 1);
+    EXPECT_GT(layout.columns[3].width, 0);
+    layout.sql = QStringLiteral("SELECT * FROM tblRuns WHERE lRun_id = 601");
+    EXPECT_EQ(Rows(db, layout),
+              (std::vector<QStringList>{{"601", "07/04/2003", "4", "10.124", "2,150"}}));
+    EXPECT_EQ(CatalogueListLayout(db, {}).columns.size(), 1u);
+}
+
 TEST(ValueFormat, DatesTimesNumbersAndFlags) {
     const QDateTime day(QDate(2003, 7, 4), QTime(0, 0), Qt::UTC);
     const QDateTime time(QDate(1899, 12, 30), QTime(13, 5, 9), Qt::UTC);
