@@ -4,6 +4,7 @@
 #include "garage/ui/frmEvent.h"
 #include "garage/ui/frmMaintenance.h"
 #include "garage/ui/frmTrack.h"
+#include "prediction/ui/frmETPrediction.h"
 #include "run/ui/frmRun.h"
 #include "shell/ui/frmMain.h"
 #include "weather/ui/frmWeather.h"
@@ -62,6 +63,10 @@ void RegisterWindows(shell::frmMain& main) {
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             return Owned(new weather::frmWeather(ctx, {}, owner));
                         });
+    main.RegisterPrediction(
+        [](const shell::WindowContext& ctx, QWidget* owner) -> shell::PredictionWindow* {
+            return new prediction::frmETPrediction(ctx, owner);
+        });
 }
 
 }  // namespace slipbook::app

@@ -254,8 +254,9 @@ constexpr Command kCommands[] = {
      "stored order",
      11, RunThrottleStop, "--methanol --eighth", true},
     {"runcompleter", "OLDINTERIM OLDFULLET OLDFULLMPH NEWINTERIM",
-     "run completer: the estimated ET and MPH, whether Calculate is on and why not", 4,
-     RunRunCompleter},
+     "run completer: the estimated ET and MPH, whether Calculate is on and why not; the\n"
+     "estimates are empty while Calculate is off, since the button is the program's only way in",
+     4, RunRunCompleter},
 };
 
 void PrintUsage() {

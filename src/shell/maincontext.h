@@ -15,6 +15,13 @@ inline constexpr QStringView kMaintenanceAlert = u"MaintenanceAlert";
 inline constexpr QStringView kRunTuneUp = u"RunTuneUp";
 }  // namespace windows
 
+// The weather window as the program windows read it: the text of a box by its name.
+class WeatherSource {
+public:
+    virtual ~WeatherSource() = default;
+    virtual QString FieldText(const QString& controlName) const = 0;
+};
+
 // What the other windows may ask of the main window; what they only read of it is the
 // MainState. frmMain implements it; tests use a fake.
 class MainContext {
@@ -40,6 +47,9 @@ public:
     virtual void CalcAllETPrediction(const QString& corrFactorText,
                                      const QString& densityAltText) = 0;
     virtual void CalcAllTuneUp(const QString& airDensityText) = 0;
+    // The text of the weather window's box by its name ("txtCorrFactor"); "0", as a window just
+    // opened shows, while none is open.
+    virtual QString WeatherText(const QString& controlName) = 0;
 
     // The one window of a tool ("ID_Maintenance"): the open one, or a new one made unseen; null
     // when the tool has no window. The caller shows it.

@@ -4,6 +4,7 @@
 #include "app/windows.h"
 #include "app/application.h"
 #include "common/tools.h"
+#include "shell/pageleadin.h"
 #include "shell/ui/frmMain.h"
 #include "shell/ui/qtmessages.h"
 #include "store/dberror.h"
@@ -18,6 +19,7 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -278,7 +280,7 @@ TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
 
     // The tools of windows still to come wait, and say so; every other tool says what it does,
     // in more words than its caption.
-    const QStringList later = {tools::kCars,     tools::kExpenses, tools::kETTS,     tools::kTuneUp,
+    const QStringList later = {tools::kCars,     tools::kExpenses, tools::kTuneUp,
                                tools::kTestTune, tools::kFilter,   tools::kViewSetup};
     const QString notYet = QStringLiteral("Not available yet");
     QList<QAction*> tools;
@@ -329,5 +331,54 @@ TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
     EXPECT_GE(menus.size(), 6);
     for (QMenu* menu : menus) {
         checkDistinct(menu->objectName(), menu->actions());
+    }
+}
+
+TEST(Windows, PredictionWindowsAreOnePerCarAndFollowTheWeather) {
+    test::TempLogbook lb;
+    test::ScriptedMessages messages;
+    store::LogbookEvents notifier;
+    SystemClock clock;
+    lb.db().Execute(QStringLiteral(
+        "INSERT INTO tblCars (lCar_id, sCar_nm, sCar_num) VALUES (2, 'Dragster', '22')"));
+    lb.db().Execute(QStringLiteral(
+        "INSERT INTO tblRuns (lCar_id, lRun_num, iCorrFactor_val, i14Mile_et) VALUES (1, 1, "
+        "1.05, 11.5)"));
+    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
+                        QStringLiteral("/nonexistent"));
+    app::RegisterWindows(main);
+    main.FormLoadStuff();
+    test::ShowActive(main);
+    const auto predictions = [&main] {
+        return main.findChildren<QWidget*>(QStringLiteral("frmETPrediction"));
+    };
+
+    test::Press(main, "ID_ETTS");
+    ASSERT_EQ(predictions().size(), 1);
+    QWidget* first = predictions().first();
+    EXPECT_EQ(first->windowTitle(), QStringLiteral("Car #1 (My Race Car) Prediction"));
+    test::Press(main, "ID_ETTS");
+    EXPECT_EQ(predictions().size(), 1);
+
+    // Another car opens another window; the first stays on its car.
+    test::Pick(main.selector(tools::kCarList), QStringLiteral("Dragster"));
+    test::Press(main, "ID_ETTS");
+    ASSERT_EQ(predictions().size(), 2);
+
+    // A reading reaches both: each showing its standard program adds its line; one with no
+    // run to start from adds none.
+    main.state().leadin.Clear();
+    main.CalcAllETPrediction(QStringLiteral("1.1"), QStringLiteral("2500"));
+    EXPECT_EQ(main.state().leadin.Get(), shell::FormatPageLeadin("1", "ET: 11.68"));
+    EXPECT_EQ(first->findChild<QLineEdit*>(QStringLiteral("txtNewDA"))->text(),
+              QStringLiteral("2500"));
+    // The push raises no box; the first window, when it is activated on the other car, may have
+    // said why its distance is locked.
+    for (const Message& m : messages.shown) {
+        EXPECT_TRUE(m.text.startsWith(QStringLiteral("Please note: Because")))
+            << qPrintable(m.text);
+    }
+    for (QWidget* w : predictions()) {
+        w->close();
     }
 }

@@ -6,6 +6,7 @@
 #include "shell/windowcontext.h"
 #include "store/logbookevents.h"
 
+#include <QHash>
 #include <QStringList>
 
 #include <functional>
@@ -50,6 +51,7 @@ public:
     int lockCount = 0;
     QString carNum = QStringLiteral("1");
     QStringList calls;  // "ClickTool ID_Runs", "CalcAllTuneUp 95.8", "ToolWindow ID_...", ...
+    QHash<QString, QString> weather;  // the weather window's boxes by name; "0" when not given
     std::function<QWidget*(const QString&)> toolWindow;
     std::function<QWidget*(QStringView, qint64)> showWindow;
 
@@ -70,6 +72,7 @@ public:
     void CalcAllTuneUp(const QString& adr) override {
         calls << QStringLiteral("CalcAllTuneUp ") + adr;
     }
+    QString WeatherText(const QString& name) override { return weather.value(name, "0"); }
     QWidget* ToolWindow(const QString& id) override {
         calls << QStringLiteral("ToolWindow ") + id;
         return toolWindow ? toolWindow(id) : nullptr;

@@ -136,6 +136,7 @@ public:
     QString GetCar_num() override;
     void CalcAllETPrediction(const QString& corrFactorText, const QString& densityAltText) override;
     void CalcAllTuneUp(const QString& airDensityText) override;
+    QString WeatherText(const QString& controlName) override;
     QWidget* ToolWindow(const QString& toolId) override;
     QWidget* OpenWindow(const QString& toolId) const override;
     QWidget* ShowWindow(QStringView name, qint64 id) override;

@@ -115,6 +115,13 @@ void frmMain::CalcAllTuneUp(const QString& airDensityText) {
     tuneUps_.ForEachLive([&](TuneUpWindow& w) { w.ApplyAirDensity(airDensityText); });
 }
 
+QString frmMain::WeatherText(const QString& controlName) {
+    if (const auto* weather = dynamic_cast<const WeatherSource*>(OpenWindow(tools::kWeather))) {
+        return weather->FieldText(controlName);
+    }
+    return QStringLiteral("0");
+}
+
 QString frmMain::GetCar_num() {
     store::Query q = db_.OpenQuery(QStringLiteral("SELECT * FROM tblCars WHERE lCar_id = ") +
                                    QString::number(state_.car.id));

@@ -6,6 +6,7 @@
 // mode hands their lead-in to the station to page out.
 
 #include "common/messages.h"
+#include "shell/maincontext.h"
 #include "weather/polltimer.h"
 
 #include <QString>
@@ -22,7 +23,7 @@ namespace slipbook::shell {
 struct WindowContext;
 class MainContext;
 class MainState;
-}
+}  // namespace slipbook::shell
 namespace slipbook {
 class WallClock;
 }
@@ -31,7 +32,7 @@ namespace slipbook::weather {
 
 struct Recalculation;
 
-class frmWeather : public QWidget {
+class frmWeather : public QWidget, public shell::WeatherSource {
     Q_OBJECT
 
 public:
@@ -48,7 +49,7 @@ public:
     void ClearWeather();
     // The text of a box by its name ("txtCorrFactor"), as the prediction and tune-up windows
     // read it; empty for an unknown name.
-    QString FieldText(const QString& controlName) const;
+    QString FieldText(const QString& controlName) const override;
     bool LiveWeather() const { return liveWeather_; }
 
 Q_SIGNALS:
