@@ -112,6 +112,7 @@ TEST_F(PredictionWindow, LoadsTheRunAndCalculatesEachProgram) {
     Click(*w, "cmdCalc2");
     EXPECT_EQ(Text(*w, "txtTSNewTimer"), QStringLiteral("1.937"));
     EXPECT_EQ(Label(*w, "lbTSInfo"), QStringLiteral(".01 ET= 0.01"));
+    Grab(*w, QStringLiteral("prediction-ts"));
     EXPECT_TRUE(messages.shown.empty());
 }
 
@@ -148,6 +149,7 @@ TEST_F(PredictionWindow, DensityAltitudeFromSetupRunsWithItsBoxesOnClicksOnly) {
                              "altitudes."));
     EXPECT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(main.state.leadin.Get(), shell::FormatPageLeadin("1", "ET: 10.15"));
+    Grab(*w, QStringLiteral("prediction-da"));
     // The click shows the same note as a box.
     Click(*w, "cmdCalc1");
     EXPECT_EQ(messages.shown.size(), 2u);
