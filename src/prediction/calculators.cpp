@@ -312,28 +312,41 @@ WorkingEts ReadWorkingEts(Steps& s, const SetupRows& sorted,
     return w;
 }
 
+// The rows a slope is taken from, sorted on `sortColumn`; none, with the box or the failure in
+// `slope`, when there are fewer than two or one can't be read.
+std::optional<WorkingEts> ReadSetup(Steps& s, const SetupRows& rows,
+                                    std::optional<double> SetupRow::*sortColumn, bool withTimer,
+                                    bool quarterMile, Slope& slope) {
+    if (rows.size() < 2) {
+        slope.messages << NeedSetupMessage();
+        return std::nullopt;
+    }
+    WorkingEts w = ReadWorkingEts(s, SortedBy(rows, sortColumn), sortColumn, withTimer, quarterMile,
+                                  slope.messages);
+    if (s.failed()) {
+        slope.error = s.error();
+        return std::nullopt;
+    }
+    return w;
+}
+
 }  // namespace
 
 Slope DensityAltSlope(const SetupRows& rows, bool quarterMile) {
     Slope slope;
-    if (rows.size() < 2) {
-        slope.messages << NeedSetupMessage();
-        return slope;
-    }
     Steps s;
-    const WorkingEts w = ReadWorkingEts(s, SortedBy(rows, &SetupRow::densityAlt),
-                                        &SetupRow::densityAlt, false, quarterMile, slope.messages);
-    if (s.failed()) {
-        slope.error = s.error();
+    const auto w = ReadSetup(s, rows, &SetupRow::densityAlt, false, quarterMile, slope);
+    if (!w) {
         return slope;
     }
-    const std::vector<double>& da = w.first;
+    const std::vector<double>& da = w->first;
     double sum = 0;
     int pairs = 0;
     for (size_t i = 0; i < da.size(); ++i) {
         for (size_t j = i + 1; j < da.size(); ++j) {
             const double d = s.sub(da[i], da[j]);
-            const double pairSlope = s.IsSmaller(d, 0.001) ? 0 : s.div(s.sub(w.et[i], w.et[j]), d);
+            const double pairSlope =
+                s.IsSmaller(d, 0.001) ? 0 : s.div(s.sub(w->et[i], w->et[j]), d);
             sum = s.add(sum, pairSlope);
             ++pairs;
         }
@@ -476,23 +489,17 @@ Check ThrottleStopCheck(const ThrottleStopInputs& in, int setupRowCount) {
 
 Slope ThrottleStopSlope(const SetupRows& rows, bool quarterMile, bool methanol) {
     Slope slope;
-    if (rows.size() < 2) {
-        slope.messages << NeedSetupMessage();
-        return slope;
-    }
     Steps s;
-    const WorkingEts w = ReadWorkingEts(s, SortedBy(rows, &SetupRow::corrFactor),
-                                        &SetupRow::corrFactor, true, quarterMile, slope.messages);
-    if (s.failed()) {
-        slope.error = s.error();
+    const auto w = ReadSetup(s, rows, &SetupRow::corrFactor, true, quarterMile, slope);
+    if (!w) {
         return slope;
     }
-    const double factor = methanol ? 0.58 : 1.0;
+    const double factor = FuelFactor(methanol ? Fuel::Methanol : Fuel::Gas);
     // Each of the first two runs' ET as it would have been at a correction factor of 1.0.
     std::array<double, 2> adjusted{};
     for (size_t i = 0; i < 2; ++i) {
-        const double p1 = PowerOf(s, w.et[i]);
-        const double q = s.div(1, w.first[i]);
+        const double p1 = PowerOf(s, w->et[i]);
+        const double q = s.div(1, w->first[i]);
         const double z = s.div(1, 1);
         const double r = s.div(z, q);
         double p2 = s.mul(p1, r);
@@ -500,7 +507,7 @@ Slope ThrottleStopSlope(const SetupRows& rows, bool quarterMile, bool methanol) 
         adjusted[i] = EtOf(s, p2);
     }
     const double dE = s.sub(adjusted[0], adjusted[1]);
-    const double dT = s.sub(w.timer[0], w.timer[1]);
+    const double dT = s.sub(w->timer[0], w->timer[1]);
     const double value = dT == 0 ? 99999 : s.div(dE, dT);
     const double info = s.Round(s.div(dT, s.mul(dE, 100)), 10000);
     if (s.failed()) {
@@ -545,7 +552,7 @@ Outcome ThrottleStopTimer(const ThrottleStopInputs& in, const SetupRows& rows, b
     const double c2 = s.Strict(in.newCorr);
     const double t1 = s.Strict(in.oldTimer);
     const double desired = s.Strict(in.desiredEt);
-    const double e2 = CorrectedEt(s, e1, c1, c2, methanol ? 0.58 : 1.0);
+    const double e2 = CorrectedEt(s, e1, c1, c2, FuelFactor(methanol ? Fuel::Methanol : Fuel::Gas));
     const double x = s.div(s.sub(desired, e2), slope.value);
     double t2 = s.add(t1, x);
     // Always one thousandth above the rounded timer.

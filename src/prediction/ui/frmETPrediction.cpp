@@ -438,6 +438,12 @@ void frmETPrediction::Show(Program program) {
     sscmdSetup->setVisible(program == Program::DensityAlt || program == Program::ThrottleStop);
 }
 
+QLabel* frmETPrediction::ReasonLabelOf(Program program) const {
+    const std::array<QLabel*, 4> reasons = {lblWhyNoSTDCalculate, lblWhyNoDACalculate,
+                                            lblWhyNoTSCalculate, lblWhyNoRCCalculate};
+    return reasons[IndexOf(program)];
+}
+
 void frmETPrediction::Raise(Program program, const QList<Message>& messages) {
     if (messages.isEmpty()) {
         return;
@@ -448,15 +454,11 @@ void frmETPrediction::Raise(Program program, const QList<Message>& messages) {
         }
         return;
     }
-    const std::array<QLabel*, 4> reasons = {lblWhyNoSTDCalculate, lblWhyNoDACalculate,
-                                            lblWhyNoTSCalculate, lblWhyNoRCCalculate};
-    reasons[IndexOf(program)]->setText(messages.last().text);
+    ReasonLabelOf(program)->setText(messages.last().text);
 }
 
 void frmETPrediction::ShowFailure(Program program, const QString& reason) {
-    const std::array<QLabel*, 4> reasons = {lblWhyNoSTDCalculate, lblWhyNoDACalculate,
-                                            lblWhyNoTSCalculate, lblWhyNoRCCalculate};
-    reasons[IndexOf(program)]->setText(QStringLiteral("Oops! Can't calculate: ") + reason);
+    ReasonLabelOf(program)->setText(QStringLiteral("Oops! Can't calculate: ") + reason);
 }
 
 qint64 frmETPrediction::CarIdChecked() {

@@ -60,6 +60,7 @@ private:
     void FormActivate();
     void Raise(Program program, const QList<Message>& messages);
     void ShowFailure(Program program, const QString& reason);
+    QLabel* ReasonLabelOf(Program program) const;
     qint64 CarIdChecked();
     bool SameCarAsMain();
     void TakeWeather(QLineEdit* box, const QString& weatherField);
