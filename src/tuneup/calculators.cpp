@@ -1,0 +1,3 @@
+#include "tuneup/calculators.h"
+
+namespace slipbook::tuneup {}

@@ -1,0 +1,3 @@
+#include "tuneup/tuneupstore.h"
+
+namespace slipbook::tuneup {}

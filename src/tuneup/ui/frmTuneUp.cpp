@@ -1,0 +1,3 @@
+#include "tuneup/ui/frmTuneUp.h"
+
+namespace slipbook::tuneup {}

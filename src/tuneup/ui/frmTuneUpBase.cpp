@@ -1,0 +1,3 @@
+#include "tuneup/ui/frmTuneUpBase.h"
+
+namespace slipbook::tuneup {}
