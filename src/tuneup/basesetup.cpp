@@ -1,6 +1,6 @@
 #include "tuneup/basesetup.h"
 
-#include "common/numbers.h"
+#include "tuneup/calculators.h"
 
 namespace slipbook::tuneup {
 
@@ -22,8 +22,8 @@ std::span<const BaseColumn> BaseColumns() {
 }
 
 bool BaseValueAccepted(QStringView text) {
-    // The programs read these with the strict parse, so that is the test.
-    return text.isEmpty() || StrictNumber(text).has_value();
+    // The programs' own test of a number, so that a saved base is one they can compute with.
+    return text.isEmpty() || IsNumeric(text);
 }
 
 }  // namespace slipbook::tuneup
