@@ -581,6 +581,11 @@ void Database::Bind(Statement& s, const std::vector<jet::ParamValue>& values) {
                 break;
             }
             case jet::ParamValue::Type::Text: {
+                if (at == nullptr) {
+                    // Only empty texts here; a null pointer would bind Null, not ''.
+                    sqlite3_bind_text(stmt, index, "", 0, SQLITE_STATIC);
+                    break;
+                }
                 char* end = utf8.appendToBuffer(at, v.text());
                 sqlite3_bind_text(stmt, index, at, static_cast<int>(end - at), SQLITE_STATIC);
                 at = end;

@@ -402,6 +402,8 @@ TEST(Database, StatementsOfOneShapeGiveWhatTheirTextGives) {
         "UPDATE t SET n = n + 1, m = m & '-' & 7 WHERE id IN (1, 3) AND s <> 'zz'",
         "UPDATE t SET s = 'like' WHERE s LIKE 'O*' OR m LIKE '%?'",
         "UPDATE t SET b = -1 WHERE id = (SELECT MAX(id) FROM t WHERE n > 0.5)",
+        // An empty text alone in a statement is still a text.
+        "UPDATE t SET m = '' WHERE id = 1",
         "UPDATE t SET i = 5 WHERE d >= #01/01/2000# AND d < #1/1/2100#",
         "DELETE * FROM t WHERE n = 1e5",
         // Errors: the same number and text as the statement as written gives.
@@ -428,7 +430,7 @@ TEST(Database, StatementsOfOneShapeGiveWhatTheirTextGives) {
     }
     for (const char* where : {"i = 72", "i = 00072", "s = 'O''NEIL''S'", "d = #07/04/2003#",
                               "n > 1.4 AND n < 1.5", "b = True", "s IN ('x', '1.50')",
-                              "m = '-2.5e3'", "i > -1"}) {
+                              "m = '-2.5e3'", "i > -1", "m = ''"}) {
         const QString sql = QStringLiteral("SELECT id FROM t WHERE ") + QLatin1String(where);
         QStringList expected;
         sqlite3_stmt* stmt = kept.Prepare(kept.Translate(sql).sql);
