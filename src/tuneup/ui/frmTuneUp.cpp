@@ -63,6 +63,12 @@ void SetBackground(QLineEdit* box, const QColor& colour) {
 void Put(QLineEdit* box, const QString& text) {
     if (box->text() != text) {
         box->setText(text);
+        if (box->isReadOnly()) {
+            // A long figure shows its leading digits, and whole in the tip.
+            box->setCursorPosition(0);
+            box->setToolTip(
+                box->fontMetrics().horizontalAdvance(text) > box->width() - 8 ? text : QString());
+        }
     }
 }
 
@@ -76,7 +82,9 @@ QLabel* MessageLabel(const char* name, QWidget* parent) {
     auto* label = new QLabel(parent);
     label->setObjectName(QString::fromLatin1(name));
     label->setWordWrap(true);
-    label->setMinimumWidth(170);
+    // Two lines hold the longest reason; the window keeps its size as messages come and go.
+    label->setFixedWidth(250);
+    label->setMinimumHeight(label->fontMetrics().lineSpacing() * 2);
     label->setStyleSheet(QStringLiteral("color: #a00000"));
     return label;
 }
@@ -214,10 +222,6 @@ void frmTuneUp::BuildLayout() {
     }
     side->addWidget(ssfraFuel);
     side->addStretch(1);
-    btnHelp = Button("btnHelp", QStringLiteral("Help"), this);
-    btnHelp->setToolTip(QStringLiteral("Show the help for the tune-up programs"));
-    connect(btnHelp, &QPushButton::clicked, this, [this] { ctx_.main.HelpContents(); });
-    side->addWidget(btnHelp, 0, Qt::AlignLeft);
 
     // The three programs lie on one another; only the selected one shows.
     auto* stack = new QGridLayout;
@@ -245,10 +249,18 @@ void frmTuneUp::BuildLayout() {
     cmdSaveToRun->setToolTip(
         QStringLiteral("Write the new tune-up into the run selected in the main window's list"));
     connect(cmdSaveToRun, &QPushButton::clicked, this, &frmTuneUp::cmdSaveToRun_Click);
-    auto* saves = new QHBoxLayout;
+    btnHelp = Button("btnHelp", QStringLiteral("Help"), this);
+    btnHelp->setToolTip(QStringLiteral("Show the help for the tune-up programs"));
+    connect(btnHelp, &QPushButton::clicked, this, [this] { ctx_.main.HelpContents(); });
+    auto* bottom = new QHBoxLayout;
+    auto* saves = new QVBoxLayout;
     saves->addWidget(cmdSaveAll);
     saves->addWidget(cmdSaveToRun);
-    root->addLayout(saves);
+    bottom->addLayout(saves);
+    bottom->addStretch(1);
+    bottom->addWidget(btnHelp, 0, Qt::AlignBottom);
+    root->addSpacing(6);
+    root->addLayout(bottom);
 
     ssoptCarbHolleyJet->setChecked(true);
     ssoptGas->setChecked(true);
@@ -266,7 +278,7 @@ QGroupBox* frmTuneUp::BuildPanel(Panel panel, const char* name, const QString& c
     auto* frame = new QGroupBox(caption, this);
     frame->setObjectName(QString::fromLatin1(name));
     auto* g = new QGridLayout(frame);
-    g->setColumnMinimumWidth(3, 170);
+    g->setColumnMinimumWidth(3, 250);
 
     // Heading: where the old tune-up comes from, and the new one.
     auto* heading = new QHBoxLayout;
@@ -301,7 +313,7 @@ QGroupBox* frmTuneUp::BuildPanel(Panel panel, const char* name, const QString& c
     check->setToolTip(
         QStringLiteral("Type the new values yourself; nothing is calculated while this is on"));
     chkManual[panel] = check;
-    g->addWidget(check, 1, 1, 1, 3);
+    g->addWidget(check, 1, 1, 1, 3, Qt::AlignLeft);
     connect(check, &QCheckBox::clicked, this, [this, panel](bool on) {
         manual_ = on;
         ApplyManualSetup();
@@ -375,6 +387,7 @@ QGroupBox* frmTuneUp::BuildPanel(Panel panel, const char* name, const QString& c
                 ArrangePanels();
             });
             row(QStringLiteral("Total Nozzle Area"), txtFIArea, txtNewFIArea, cmdNozzleDetail);
+            g->setAlignment(cmdNozzleDetail, Qt::AlignLeft);
 
             txtDiameter = Box("txtDiameter", true);
             txtNewDiameter = Box("txtNewDiameter", true);
