@@ -3,6 +3,7 @@
 
 #include "common/numbers.h"
 #include "prediction/calculators.h"
+#include "tuneup/calculators.h"
 #include "weather/airproperties.h"
 
 #include <QHash>
@@ -227,6 +228,61 @@ CalcResult<QString> RunRunCompleter(const QStringList& args) {
     return QStringList{results[0], results[1], Flag(check.enabled), check.reason}.join(u'\t');
 }
 
+namespace tuneup = slipbook::tuneup;
+
+CalcResult<QString> RunHolley(const QStringList& args) {
+    const tuneup::HolleyInputs in{args[0], args[1], args[2], args[3]};
+    const auto out = tuneup::CalcHolleyJet(in);
+    if (!out) {
+        return CalcResult<QString>::failure(out.error());
+    }
+    return QStringList{out->newJet, out->tuneAdjustMessage, out->newJetMessage,
+                       Flag(tuneup::HolleyReady(in))}
+        .join(u'\t');
+}
+
+CalcResult<QString> RunPrecision(const QStringList& args) {
+    const tuneup::PrecisionInputs in{args[0], args[1], args[2], args[3]};
+    const auto out = tuneup::CalcPrecisionJet(in);
+    if (!out) {
+        return CalcResult<QString>::failure(out.error());
+    }
+    return QStringList{out->newJet, out->tuneAdjustMessage, Flag(tuneup::PrecisionReady(in))}.join(
+        u'\t');
+}
+
+CalcResult<QString> RunFuelInjection(const QStringList& args) {
+    const tuneup::FuelInjectionInputs in{args[0], args[1], args[2], args[3],
+                                         args[4], args[5], args[6], args[7]};
+    const auto out = tuneup::CalcFuelInjection(in);
+    if (!out) {
+        return CalcResult<QString>::failure(out.error());
+    }
+    return QStringList{out->newPill, out->tuneAdjustMessage, out->newPillMessage,
+                       Flag(tuneup::FuelInjectionReady(in))}
+        .join(u'\t');
+}
+
+CalcResult<QString> RunNozzle(const QStringList& args) {
+    bool ok = false;
+    const int position = args[0].toInt(&ok);
+    if (!ok || position < 1 || position > tuneup::kNozzlePositions) {
+        return CalcResult<QString>::failure(QStringLiteral("POS must be 1, 2, 3 or 4"));
+    }
+    tuneup::NozzleTable table;
+    for (int t = 0; t < tuneup::kNozzlePositions; ++t) {
+        for (int n = 0; n < tuneup::kNozzlesPerPosition; ++n) {
+            table[t][n] = args[1 + t * tuneup::kNozzlesPerPosition + n];
+        }
+    }
+    const auto out = tuneup::CalcNozzleArea(table, position);
+    if (!out) {
+        return CalcResult<QString>::failure(out.error());
+    }
+    return QStringList{out->typeArea, out->typeDiameter, out->totalArea, out->totalDiameter}.join(
+        u'\t');
+}
+
 constexpr Command kCommands[] = {
     {"air", "TEMP HUMIDITY BAROMETER",
      "the weather window's seven figures, tab-separated: correction factor, density altitude,\n"
@@ -257,6 +313,21 @@ constexpr Command kCommands[] = {
      "run completer: the estimated ET and MPH, whether Calculate is on and why not; the\n"
      "estimates are empty while Calculate is off, since the button is the program's only way in",
      4, RunRunCompleter},
+    {"holley", "BASEADR NEWADR JET ADJ",
+     "Holley jet change: the new jet, the tune-adjust and new-jet messages, and whether the\n"
+     "calculation is ready (1 or 0; it is calculated either way)",
+     4, RunHolley},
+    {"precision", "BASEADR NEWADR DIAM ADJ",
+     "precision jet change: the new diameter, the tune-adjust message and whether ready", 4,
+     RunPrecision},
+    {"fi", "AREA PILL BASEADR NEWADR BASEBOOST NEWBOOST ADJ NEWAREA",
+     "fuel injection change: the new pill, the tune-adjust and pill messages and whether ready", 8,
+     RunFuelInjection},
+    {"nozzle", "POS N1 ... N32",
+     "nozzle areas: the subtotal area and equivalent diameter of position POS (1 blower,\n"
+     "2 hat, 3 head, 4 manifold), the total area and the total equivalent diameter; N1..N32\n"
+     "are the diameters blower 1-8, hat 1-8, head 1-8, manifold 1-8",
+     33, RunNozzle},
 };
 
 void PrintUsage() {

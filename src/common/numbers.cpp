@@ -716,4 +716,22 @@ double CheckedMath::floor(double x) {
     return check(std::floor(x));
 }
 
+double CalcSteps::Strict(QStringView text) {
+    const auto value = StrictNumber(text);
+    if (!value) {
+        fail(QStringLiteral("Type mismatch"));
+        return 0;
+    }
+    return *value;
+}
+
+double CalcSteps::Lenient(QStringView text) {
+    const auto value = LeadingNumber(text);
+    if (!value) {
+        fail(kOverflow);
+        return 0;
+    }
+    return *value;
+}
+
 }  // namespace slipbook

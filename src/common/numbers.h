@@ -114,4 +114,16 @@ private:
     QString error_;
 };
 
+// CheckedMath with the two conversions of box texts: a calculation's steps read as they are
+// written and are checked once at the end.
+class CalcSteps : public CheckedMath {
+public:
+    // The whole text as a number; a text that is none is a type mismatch.
+    double Strict(QStringView text);
+    // The leading number; one beyond a double is an overflow.
+    double Lenient(QStringView text);
+    // floor(x * scale + 0.5) / scale, scale being 10 to the places kept.
+    double Round(double x, double scale) { return div(floor(add(mul(x, scale), 0.5)), scale); }
+};
+
 }  // namespace slipbook

@@ -9,7 +9,6 @@ namespace slipbook::prediction {
 
 namespace {
 
-const QString kTypeMismatch = QStringLiteral("Type mismatch");
 const QString kInvalidNull = QStringLiteral("Invalid use of Null");
 const QString kOverflow = QStringLiteral("Overflow");
 const QString kSomeQuarterMissing =
@@ -17,18 +16,9 @@ const QString kSomeQuarterMissing =
 const QString kDifferentDa =
     QStringLiteral("Invalid setup information.  Runs must have different density altitudes.");
 
-// A run of strict conversions and checked arithmetic that remembers its first failure, so
-// that a program's steps read as they are written and are checked once.
-class Steps : public CheckedMath {
+// The calculators' steps, with the stored rows' Nulls.
+class Steps : public CalcSteps {
 public:
-    double Strict(QStringView text) {
-        const auto value = StrictNumber(text);
-        if (!value) {
-            fail(kTypeMismatch);
-            return 0;
-        }
-        return *value;
-    }
     // A Null column read straight into a number.
     double Read(const std::optional<double>& value) {
         if (!value) {
@@ -37,16 +27,6 @@ public:
         }
         return *value;
     }
-    double Lenient(QStringView text) {
-        const auto value = LeadingNumber(text);
-        if (!value) {
-            fail(kOverflow);
-            return 0;
-        }
-        return *value;
-    }
-    // Rounded to `places` decimals: floor(x * 10^places + 0.5) / 10^places.
-    double Round(double x, double scale) { return div(floor(add(mul(x, scale), 0.5)), scale); }
     // a * a < b * b.
     bool IsSmaller(double a, double b) { return mul(a, a) < mul(b, b); }
 };
