@@ -150,6 +150,8 @@ void frmTuneUp::closeEvent(QCloseEvent* event) {
     QWidget::closeEvent(event);
     if (event->isAccepted()) {
         ReleaseGrid();
+        // Closed, it is no longer the shared window, though it lingers until deleted.
+        setProperty(kSharedProperty, false);
     }
 }
 
@@ -171,9 +173,8 @@ QLineEdit* frmTuneUp::Box(const char* name, bool output) {
         box->setReadOnly(true);
         box->setFocusPolicy(Qt::NoFocus);
         SetBackground(box, kResult);
-    } else {
-        InstallSelectAllOnFocus(box);
     }
+    InstallSelectAllOnFocus(box);
     InstallEnterAsTab(box);
     return box;
 }
