@@ -291,6 +291,14 @@ TEST_F(TuneUpWindow, NozzleDetailAddsUpTheNozzlesAndRecalculatesThePill) {
     EXPECT_EQ(Column("tblCars", "lCar_id", 1, "sNozzleArea"), expected(now)->totalArea);
     EXPECT_EQ(Text(*w, Nozzle(2)), QStringLiteral("0.1 Bob's"));
 
+    // A reload starts again on the hat nozzles, boxes and list alike.
+    Pick(position, QStringLiteral("Blower Nozzles"));
+    Pick(OldTuneUpList(*w), QStringLiteral("What if?"));
+    EXPECT_EQ(position->currentText(), QStringLiteral("Hat Nozzles"));
+    EXPECT_EQ(Text(*w, Nozzle(0)), QStringLiteral("0.2"));
+    EXPECT_EQ(Text(*w, NewNozzle(2)), QStringLiteral("0.1 Bob's"));
+    Pick(OldTuneUpList(*w), QStringLiteral("CAR as saved"));
+
     // Manual set-up opens the detail on the new nozzles and locks the button.
     Click(*w, "chkFIManual");
     Click(*w, "ssoptFuelInjection");

@@ -470,10 +470,7 @@ void frmTuneUp::FormReLoad() {
         const BusyCursor busy;
         loadFailed_ = true;
         try {
-            {
-                const QSignalBlocker block(cboNozzle);
-                cboNozzle->setCurrentIndex(1);
-            }
+            cboNozzle->setCurrentIndex(1);
             failure = LoadOldTuneUp();
             ResetNewTuneUp();
             ArrangePanels();
