@@ -495,28 +495,27 @@ std::optional<double> LeadingNumber(QStringView text) {
 std::optional<double> StrictNumber(QStringView text) {
     const std::string s = AsciiOf(text);
     size_t i = 0;
-    bool plus = false;
-    bool minus = false;
+    while (i < s.size() && IsWhite(s[i])) {
+        ++i;
+    }
+    // One sign, a currency sign and an opening parenthesis, in any order and touching the
+    // number: "- 5", "+-5" and "(-5)" are typing slips, not numbers.
+    char sign = 0;
     bool currency = false;
     bool paren = false;
-    for (;;) {
-        if (i < s.size() && IsWhite(s[i])) {
-            ++i;
-        } else if (i < s.size() && s[i] == '+' && !plus) {
-            plus = true;
-            ++i;
-        } else if (i < s.size() && s[i] == '-' && !minus) {
-            minus = true;
-            ++i;
+    for (;; ++i) {
+        if (i < s.size() && (s[i] == '+' || s[i] == '-') && sign == 0) {
+            sign = s[i];
         } else if (i < s.size() && s[i] == '$' && !currency) {
             currency = true;
-            ++i;
         } else if (i < s.size() && s[i] == '(' && !paren) {
             paren = true;
-            ++i;
         } else {
             break;
         }
+    }
+    if (paren && sign != 0) {
+        return std::nullopt;
     }
 
     std::optional<double> value;
@@ -529,7 +528,8 @@ std::optional<double> StrictNumber(QStringView text) {
         value = r.value;
     } else {
         Scanned n;
-        while (i < s.size() && (IsDigit(s[i]) || s[i] == ',')) {
+        // Grouping commas stand among the whole digits, after the first.
+        while (i < s.size() && (IsDigit(s[i]) || (s[i] == ',' && !n.whole.empty()))) {
             if (s[i] != ',') {
                 n.whole.push_back(s[i]);
             }
@@ -551,7 +551,11 @@ std::optional<double> StrictNumber(QStringView text) {
                 negativeExponent = s[i] == '-';
                 ++i;
             }
+            const size_t digitsAt = i;
             const long e = ScanExponentDigits(s, i);
+            if (i == digitsAt) {
+                return std::nullopt;
+            }
             n.exponent = negativeExponent ? -e : e;
         }
         value = ToDouble(n);
@@ -560,27 +564,21 @@ std::optional<double> StrictNumber(QStringView text) {
         }
     }
 
-    bool closed = false;
-    for (;;) {
-        if (i < s.size() && IsWhite(s[i])) {
-            ++i;
-        } else if (i < s.size() && s[i] == '+' && !plus) {
-            plus = true;
-            ++i;
-        } else if (i < s.size() && s[i] == '-' && !minus) {
-            minus = true;
-            ++i;
-        } else if (i < s.size() && s[i] == ')' && paren && !closed) {
-            closed = true;
-            ++i;
-        } else {
-            break;
+    if (paren) {
+        if (i >= s.size() || s[i] != ')') {
+            return std::nullopt;
         }
+        ++i;
+    } else if (i < s.size() && (s[i] == '+' || s[i] == '-') && sign == 0) {
+        sign = s[i++];
     }
-    if (i != s.size() || paren != closed) {
+    while (i < s.size() && IsWhite(s[i])) {
+        ++i;
+    }
+    if (i != s.size()) {
         return std::nullopt;
     }
-    return (minus || paren) ? -*value : *value;
+    return (sign == '-' || paren) ? -*value : *value;
 }
 
 struct NumberFormat::Sections {

@@ -27,10 +27,11 @@ namespace slipbook {
 std::optional<double> LeadingNumber(QStringView text);
 
 // The whole text as a number, in the manner of the classic CDbl under a US locale: leading and
-// trailing white space, one leading "+", "-" or "$", a trailing "+" or "-", parentheses for a
-// negative, grouping commas anywhere among the whole digits ("1,000", "1,2" is 12), a decimal
-// point, an exponent with "E", "&H" and "&O" as LeadingNumber has them. Empty for anything else,
-// the empty text, "-" and "12abc" included, and for a number beyond the range of a double.
+// trailing white space, one sign ("+" or "-", leading or trailing) or parentheses for a negative,
+// a "$", all touching the digits; grouping commas anywhere among the whole digits after the first
+// ("1,000", "1,2" is 12), a decimal point, an exponent with "E" and at least one digit, "&H" and
+// "&O" as LeadingNumber has them. Empty for anything else, the empty text, "-", "- 5", "+-5",
+// "(-5)", ",5", "1e" and "12abc" included, and for a number beyond the range of a double.
 std::optional<double> StrictNumber(QStringView text);
 
 // The value in a format text: "0" a required digit, "#" an optional one, "," between digit

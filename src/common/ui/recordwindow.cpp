@@ -32,6 +32,8 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace slipbook {
 
 // ---- RecordList
@@ -285,6 +287,44 @@ void RecordWindow::AddToolBarRow(QToolBar* bar) {
     layout_->insertWidget(layout_->indexOf(toolBar_) + 1, bar);
 }
 
+void RecordWindow::OfferOnly(std::initializer_list<tools::ToolId> ids) {
+    const auto offered = [ids](const QAction* action) {
+        return std::any_of(ids.begin(), ids.end(),
+                           [action](tools::ToolId id) { return action->objectName() == id; });
+    };
+    for (QAction* action : std::as_const(tools_)) {
+        if (offered(action)) {
+            continue;
+        }
+        // Kept for the pattern's own calls, out of every user's reach.
+        action->setVisible(false);
+        action->setShortcuts({});
+        removeAction(action);
+        toolBar_->removeAction(action);
+    }
+    // A tool bar does not fold separators as a menu does.
+    const QList<QAction*> onBar = toolBar_->actions();
+    QAction* previous = nullptr;
+    for (QAction* action : onBar) {
+        if (action->isSeparator() && (previous == nullptr || previous->isSeparator())) {
+            toolBar_->removeAction(action);
+            continue;
+        }
+        previous = action;
+    }
+    if (previous != nullptr && previous->isSeparator()) {
+        toolBar_->removeAction(previous);
+    }
+    for (QAction* entry : menuBar_->actions()) {
+        if (QMenu* menu = entry->menu()) {
+            const QList<QAction*> items = menu->actions();
+            entry->setVisible(std::any_of(items.begin(), items.end(), [](const QAction* a) {
+                return !a->isSeparator() && a->isVisible();
+            }));
+        }
+    }
+}
+
 void RecordWindow::SetRecordList(std::unique_ptr<RecordList> list) {
     list_ = std::move(list);
     connect(list_.get(), &RecordList::picked, this, &RecordWindow::ListPick);
@@ -510,8 +550,12 @@ bool RecordWindow::Validate() {
     if (failed == nullptr) {
         return true;
     }
+    QWidget* focus = Field(failed->focus);
+    if (focus != nullptr) {
+        RevealField(focus);
+    }
     messages_.inform(failed->message, DataEntryErrorTitle(), MsgIcon::Critical);
-    if (QWidget* focus = Field(failed->focus)) {
+    if (focus != nullptr) {
         focus->setFocus();
     }
     return false;

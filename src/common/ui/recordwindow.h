@@ -13,6 +13,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -189,6 +190,9 @@ protected:
     void SetBody(QWidget* body);
     // A second tool bar under the first (filters).
     void AddToolBarRow(QToolBar* bar);
+    // For a window that offers fewer tools: the others leave the tool bar, the menus and the
+    // keys, and a menu left with nothing to offer goes too.
+    void OfferOnly(std::initializer_list<tools::ToolId> ids);
     void SetRecordList(std::unique_ptr<RecordList> list);
     // The common body: the record list on the left, a grid of fields on the right. Call
     // FinishListBody once the fields stand in the grid.
@@ -244,6 +248,8 @@ protected:
     virtual std::vector<ValidationStep> ValidationSteps() const { return {}; }
     // Runs before validation on every save: work a lost focus would have done.
     virtual void BeforeValidate() {}
+    // Brings forward the page or panel of a field that a failed check is about to name.
+    virtual void RevealField(QWidget* /*field*/) {}
     virtual DeleteRule DeleteRules() const { return {}; }
     virtual bool DeleteAllowedFor(qint64 id);
     // The record's name, as the list, the caption and the delete question show it.
