@@ -7,6 +7,7 @@
 #include "prediction/ui/frmETPrediction.h"
 #include "run/ui/frmRun.h"
 #include "shell/ui/frmMain.h"
+#include "tuneup/ui/frmTuneUp.h"
 #include "weather/ui/frmWeather.h"
 
 namespace slipbook::app {
@@ -67,6 +68,11 @@ void RegisterWindows(shell::frmMain& main) {
         [](const shell::WindowContext& ctx, QWidget* owner) -> shell::PredictionWindow* {
             return new prediction::frmETPrediction(ctx, owner);
         });
+    main.RegisterTuneUp(
+        [](const shell::WindowContext& ctx, QWidget* owner) -> shell::TuneUpWindow* {
+            return new tuneup::frmTuneUp(ctx, owner);
+        });
+    main.RegisterShow(shell::windows::kRunTuneUp, tuneup::ShowRunTuneUp);
 }
 
 }  // namespace slipbook::app

@@ -280,8 +280,8 @@ TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
 
     // The tools of windows still to come wait, and say so; every other tool says what it does,
     // in more words than its caption.
-    const QStringList later = {tools::kCars,     tools::kExpenses, tools::kTuneUp,
-                               tools::kTestTune, tools::kFilter,   tools::kViewSetup};
+    const QStringList later = {tools::kCars, tools::kExpenses, tools::kTestTune, tools::kFilter,
+                               tools::kViewSetup};
     const QString notYet = QStringLiteral("Not available yet");
     QList<QAction*> tools;
     for (QMenu* menu : main.findChildren<QMenu*>()) {
@@ -381,4 +381,63 @@ TEST(Windows, PredictionWindowsAreOnePerCarAndFollowTheWeather) {
     for (QWidget* w : predictions()) {
         w->close();
     }
+}
+
+TEST(Windows, TuneUpWindowsAreOnePerCarFollowTheWeatherAndTheRunWindowSharesOne) {
+    test::TempLogbook lb;
+    test::ScriptedMessages messages;
+    store::LogbookEvents notifier;
+    SystemClock clock;
+    lb.db().Execute(
+        QStringLiteral("UPDATE tblCars SET sBaseADR = '100', sBaseJet = '72' WHERE lCar_id = 1"));
+    lb.db().Execute(QStringLiteral(
+        "INSERT INTO tblCars (lCar_id, sCar_nm, sCar_num, sCarCarb_typ, sBaseADR, sBaseBypassPill, "
+        "sBaseBoost, sHatNozzle1_val) VALUES (2, 'Dragster', '22', 'FI', '100', '0.08', '10', "
+        "'0.2')"));
+    lb.db().Execute(QStringLiteral(
+        "INSERT INTO tblRuns (lCar_id, lRun_num, sBaseADR, sBaseJet) VALUES (1, 1, '97', '70')"));
+    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
+                        QStringLiteral("/nonexistent"));
+    app::RegisterWindows(main);
+    main.FormLoadStuff();
+    test::ShowActive(main);
+    const auto tuneUps = [&main] {
+        return main.findChildren<QWidget*>(QStringLiteral("frmTuneUp"));
+    };
+
+    test::Press(main, "ID_TuneUp");
+    ASSERT_EQ(tuneUps().size(), 1);
+    QWidget* first = tuneUps().first();
+    EXPECT_EQ(first->windowTitle(), QStringLiteral("Car #1 (My Race Car) Tune-Up"));
+    EXPECT_EQ(main.lockCount(), 1);
+    test::Press(main, "ID_TuneUp");
+    EXPECT_EQ(tuneUps().size(), 1);
+    test::Pick(main.selector(tools::kCarList), QStringLiteral("Dragster"));
+    test::Press(main, "ID_TuneUp");
+    ASSERT_EQ(tuneUps().size(), 2);
+
+    // A reading reaches both: each recalculates and adds its line.
+    main.state().leadin.Clear();
+    main.CalcAllTuneUp(QStringLiteral("95"));
+    EXPECT_EQ(first->findChild<QLineEdit*>(QStringLiteral("txtNewJet"))->text(),
+              QStringLiteral("71"));
+    EXPECT_TRUE(main.state().leadin.Get().startsWith(shell::FormatPageLeadin("1", "Jet: 71")));
+    EXPECT_TRUE(main.state().leadin.Get().contains(QStringLiteral("Pill: 0.")));
+    EXPECT_TRUE(messages.shown.empty());
+
+    // The run window's tune-up is one more window, shared, not in the table.
+    store::Query last = lb.db().OpenQuery(QStringLiteral("SELECT max(lRun_id) FROM tblRuns"));
+    ASSERT_TRUE(last.Next());
+    const qint64 run = last.Value(0).toLongLong();
+    QWidget* shared = main.ShowWindow(shell::windows::kRunTuneUp, run);
+    ASSERT_NE(shared, nullptr);
+    EXPECT_EQ(tuneUps().size(), 3);
+    EXPECT_EQ(main.ShowWindow(shell::windows::kRunTuneUp, run), shared);
+    EXPECT_EQ(shared->findChild<QLineEdit*>(QStringLiteral("txtBaseADR"))->text(),
+              QStringLiteral("97"));
+    EXPECT_EQ(main.lockCount(), 3);
+    for (QWidget* w : tuneUps()) {
+        w->close();
+    }
+    EXPECT_EQ(main.lockCount(), 0);
 }
