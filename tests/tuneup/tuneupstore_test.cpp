@@ -113,36 +113,6 @@ TEST_F(TuneUpStore, ReadsTheCarsOrTheRunsTuneUpAndNamesWhatIsMissing) {
     EXPECT_TRUE(LoadFailureText(LoadFailure::None).isEmpty());
 }
 
-TEST_F(TuneUpStore, TheCarsOneStatementInItsOrderWithTextsAsTyped) {
-    const Assignments a = CarSaveAssignments(Sample());
-    ASSERT_EQ(a.size(), 2u + 3u + 32u + 3u);
-    QStringList columns;
-    for (const auto& [column, value] : a) {
-        columns << column;
-    }
-    EXPECT_EQ(columns.mid(0, 6),
-              (QStringList{"sCarCarb_typ", "sCarFuel_typ", "sBaseADR", "sBaseJet",
-                           "sBaseJetDiameter", "sBlowerNozzle1_val"}));
-    EXPECT_EQ(columns[13], QStringLiteral("sHatNozzle1_val"));
-    EXPECT_EQ(columns[21], QStringLiteral("sHeadNozzle1_val"));
-    EXPECT_EQ(columns[29], QStringLiteral("sManifoldNozzle1_val"));
-    EXPECT_EQ(columns.mid(37), (QStringList{"sBaseBypassPill", "sBaseBoost", "sNozzleArea"}));
-    EXPECT_EQ(a[2].second, QStringLiteral("95.5"));
-    EXPECT_EQ(a[3].second, QStringLiteral(""));
-    EXPECT_FALSE(a[3].second.isNull());
-
-    const std::vector<Assignments> groups = RunSaveGroups(Sample());
-    ASSERT_EQ(groups.size(), 2u);
-    EXPECT_EQ(groups[0].size(), 3u + 32u + 3u);
-    EXPECT_EQ(groups[0].front().first, QStringLiteral("sBaseADR"));
-    ASSERT_EQ(groups[1].size(), 32u);
-    EXPECT_EQ(groups[1][0].first, QStringLiteral("sHatNozzle1_val"));
-    EXPECT_EQ(groups[1][0].second, QStringLiteral("0.040 Bob's"));
-    EXPECT_EQ(groups[1][8].first, QStringLiteral("sManifoldNozzle1_val"));
-    EXPECT_EQ(groups[1][16].first, QStringLiteral("sBlowerNozzle1_val"));
-    EXPECT_EQ(groups[1][31].first, QStringLiteral("sHeadNozzle8_val"));
-}
-
 TEST_F(TuneUpStore, SavesToTheCarWholeOrNotAtAll) {
     const qint64 run = AddRun(1, QStringLiteral("97"));
     const QString runRow = Row(QStringLiteral("tblRuns"), QStringLiteral("lRun_id"), run);
