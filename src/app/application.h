@@ -1,7 +1,7 @@
 #pragma once
 
-#include "shell/ui/qtmessages.h"
 #include "common/clock.h"
+#include "shell/ui/qtmessages.h"
 #include "store/database.h"
 #include "store/logbookevents.h"
 #include "store/startup.h"

@@ -5,8 +5,8 @@
 // window opens and the main list's row of a saved run. A save is one transaction: the run, the
 // car, the counters and the names land together or not at all.
 
-#include "run/fieldtable.h"
 #include "common/messages.h"
+#include "run/fieldtable.h"
 #include "shell/runlist.h"
 #include "store/database.h"
 

@@ -1,8 +1,8 @@
 // The garage's rules without windows: captions and questions, the use checks, and the
 // maintenance counting, list statement and colours against the template's examples.
 
-#include "garage/maintenance.h"
 #include "common/records.h"
+#include "garage/maintenance.h"
 #include "store/recordset.h"
 #include "support/logbook.h"
 #include "support/scriptedmessages.h"

@@ -428,9 +428,9 @@ TEST(Database, StatementsOfOneShapeGiveWhatTheirTextGives) {
     for (const QString& sql : statements.mid(0, 6)) {
         kept.Execute(sql);
     }
-    for (const char* where : {"i = 72", "i = 00072", "s = 'O''NEIL''S'", "d = #07/04/2003#",
-                              "n > 1.4 AND n < 1.5", "b = True", "s IN ('x', '1.50')",
-                              "m = '-2.5e3'", "i > -1", "m = ''"}) {
+    for (const char* where :
+         {"i = 72", "i = 00072", "s = 'O''NEIL''S'", "d = #07/04/2003#", "n > 1.4 AND n < 1.5",
+          "b = True", "s IN ('x', '1.50')", "m = '-2.5e3'", "i > -1", "m = ''"}) {
         const QString sql = QStringLiteral("SELECT id FROM t WHERE ") + QLatin1String(where);
         QStringList expected;
         sqlite3_stmt* stmt = kept.Prepare(kept.Translate(sql).sql);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "garage/maintenance.h"
 #include "common/ui/recordwindow.h"
+#include "garage/maintenance.h"
 #include "shell/windowcontext.h"
 
 #include <QDate>
