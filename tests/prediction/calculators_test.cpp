@@ -1,9 +1,7 @@
 #include "prediction/calculators.h"
+#include "support/calc.h"
 
 #include <gtest/gtest.h>
-
-#include <QFileInfo>
-#include <QProcess>
 
 using namespace slipbook;
 using namespace slipbook::prediction;
@@ -292,21 +290,12 @@ TEST(RunCompleter, WorkedValueAndCheck) {
 }
 
 TEST(SlipbookCalc, PredictionCommands) {
-    QString bin = qEnvironmentVariable("SLIPBOOK_BIN");
+    const QString bin = test::CalcFolder();
     if (bin.isEmpty()) {
-        bin = QStringLiteral(SLIPBOOK_CALC_DIR);
-    }
-    if (!QFileInfo::exists(bin + "/slipbook-calc")) {
-        GTEST_SKIP() << "no slipbook-calc in " << bin.toStdString();
+        GTEST_SKIP() << "no slipbook-calc to run";
     }
     const auto run = [&bin](const QStringList& args, int status = 0) {
-        QProcess p;
-        p.start(bin + "/slipbook-calc", args);
-        EXPECT_TRUE(p.waitForFinished(30000));
-        EXPECT_EQ(p.exitCode(), status) << args.join(' ').toStdString();
-        const QString err = QString::fromUtf8(p.readAllStandardError());
-        EXPECT_EQ(err.count(u'\n'), status == 0 ? 0 : 1);
-        return QString::fromUtf8(p.readAllStandardOutput()).chopped(status == 0 ? 1 : 0);
+        return test::CalcLine(bin, args, status);
     };
     EXPECT_EQ(run({"stddialin", "1.05", "11.5", "1.1", "methanol"}), "11.603\t\t1\t");
     EXPECT_EQ(run({"stddialin", "0", "11.5", "1.1 ", "none"}),

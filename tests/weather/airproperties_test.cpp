@@ -1,9 +1,8 @@
 #include "weather/airproperties.h"
+#include "support/calc.h"
 
 #include <gtest/gtest.h>
 
-#include <QFileInfo>
-#include <QProcess>
 #include <QStringList>
 
 #include <array>
@@ -170,42 +169,28 @@ TEST(AirProperties, WetBulbSearchFindsTheSameHalfDegreeInFewRounds) {
 }
 
 TEST(SlipbookCalc, PrintsTheWindowTexts) {
-    QString bin = qEnvironmentVariable("SLIPBOOK_BIN");
+    const QString bin = slipbook::test::CalcFolder();
     if (bin.isEmpty()) {
-        bin = QStringLiteral(SLIPBOOK_CALC_DIR);
+        GTEST_SKIP() << "no slipbook-calc to run";
     }
-    if (!QFileInfo::exists(bin + "/slipbook-calc")) {
-        GTEST_SKIP() << "no slipbook-calc in " << bin.toStdString();
-    }
-    struct Run {
-        int exitCode;
-        QString out;
-        QString err;
-    };
-    const auto run = [&bin](const QStringList& args) {
-        QProcess p;
-        p.start(bin + "/slipbook-calc", args);
-        EXPECT_TRUE(p.waitForFinished(30000));
-        return Run{p.exitCode(), QString::fromUtf8(p.readAllStandardOutput()),
-                   QString::fromUtf8(p.readAllStandardError())};
-    };
+    const auto run = [&bin](const QStringList& args) { return slipbook::test::RunCalc(bin, args); };
 
     for (const auto& w : kWorked) {
-        const Run r = run({"air", w.t, w.h, w.b});
+        const slipbook::test::CalcRun r = run({"air", w.t, w.h, w.b});
         EXPECT_EQ(r.exitCode, 0);
         EXPECT_EQ(r.out, QString::fromUtf8(w.shown) + "\n");
     }
     EXPECT_EQ(run({"air", "0", "", "29.92"}).out, "0\t0\t0\t0\t0\t0\t0\n");
     EXPECT_EQ(run({"pa2baro", "1000"}).out, "28.86\n");
     EXPECT_EQ(run({"baro2pa", "28"}).out, "1825\n");
-    const Run help = run({"--help"});
+    const slipbook::test::CalcRun help = run({"--help"});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_TRUE(help.out.contains("air TEMP HUMIDITY BAROMETER"));
 
     for (const QStringList& bad : {QStringList{}, QStringList{"nosuch"}, QStringList{"air", "75"},
                                    QStringList{"air", "75", "", "29.92"},
                                    QStringList{"baro2pa", ""}, QStringList{"pa2baro", "1", "2"}}) {
-        const Run r = run(bad);
+        const slipbook::test::CalcRun r = run(bad);
         EXPECT_EQ(r.exitCode, 2) << bad.join(' ').toStdString();
         EXPECT_TRUE(r.out.isEmpty());
         EXPECT_EQ(r.err.count(u'\n'), 1);

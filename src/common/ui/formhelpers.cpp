@@ -10,9 +10,12 @@
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QSignalBlocker>
 #include <QTextDocumentFragment>
 #include <QTextEdit>
@@ -458,6 +461,28 @@ QObject* InstallSelectAllOnFocus(QLineEdit* edit) {
     auto* filter = new SelectAllFilter(edit);
     edit->installEventFilter(filter);
     return filter;
+}
+
+QPushButton* NamedButton(const char* name, const QString& text, QWidget* parent) {
+    auto* b = new QPushButton(text, parent);
+    b->setObjectName(QString::fromLatin1(name));
+    b->setAutoDefault(false);
+    return b;
+}
+
+QRadioButton* NamedOption(const char* name, const QString& text, QWidget* parent) {
+    auto* o = new QRadioButton(text, parent);
+    o->setObjectName(QString::fromLatin1(name));
+    return o;
+}
+
+QLabel* ReasonLabel(const char* name, QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setWordWrap(true);
+    label->setStyleSheet(QStringLiteral("color: #a00000"));
+    label->setMinimumHeight(label->fontMetrics().lineSpacing() * 2);
+    return label;
 }
 
 }  // namespace slipbook

@@ -14,9 +14,12 @@ class QAction;
 class QComboBox;
 class QEvent;
 class QFocusEvent;
+class QLabel;
 class QLineEdit;
 class QListWidget;
 class QObject;
+class QPushButton;
+class QRadioButton;
 class QWidget;
 
 namespace slipbook {
@@ -96,5 +99,12 @@ QObject* InstallEnterAsTab(QWidget* widget);
 QObject* InstallNumericPad(QLineEdit* edit, int decimals);
 // The whole text is selected whenever the box gets the focus, by mouse as well.
 QObject* InstallSelectAllOnFocus(QLineEdit* edit);
+
+// Controls of the program windows, known by their names. A button never takes Enter as a click
+// of its own, since Enter moves between boxes.
+QPushButton* NamedButton(const char* name, const QString& text, QWidget* parent);
+QRadioButton* NamedOption(const char* name, const QString& text, QWidget* parent);
+// The dark red, two-line label beside a result that says why there is none.
+QLabel* ReasonLabel(const char* name, QWidget* parent);
 
 }  // namespace slipbook

@@ -58,26 +58,11 @@ QLabel* Caption(const QString& text, QWidget* parent) {
     return label;
 }
 
-QLabel* ReasonLabel(const char* name, QWidget* parent) {
-    auto* label = new QLabel(kDesignReason, parent);
-    label->setObjectName(QString::fromLatin1(name));
-    label->setWordWrap(true);
-    label->setStyleSheet(QStringLiteral("color: #a00000"));
-    label->setMinimumHeight(label->fontMetrics().lineSpacing() * 2);
+// The reason a program can't calculate, as the window first shows it.
+QLabel* ProgramReasonLabel(const char* name, QWidget* parent) {
+    QLabel* label = ReasonLabel(name, parent);
+    label->setText(kDesignReason);
     return label;
-}
-
-QPushButton* Button(const char* name, const QString& text, QWidget* parent) {
-    auto* b = new QPushButton(text, parent);
-    b->setObjectName(QString::fromLatin1(name));
-    b->setAutoDefault(false);
-    return b;
-}
-
-QRadioButton* Option(const char* name, const QString& text, QWidget* parent) {
-    auto* o = new QRadioButton(text, parent);
-    o->setObjectName(QString::fromLatin1(name));
-    return o;
 }
 
 }  // namespace
@@ -138,7 +123,7 @@ void frmETPrediction::BuildLayout() {
                                                                       {"cmdTS", "Throttle Stop"},
                                                                       {"cmdRC", "Run Comp."}}};
     for (int i = 0; i < 4; ++i) {
-        tabs_[i] = Button(tabs[i].first, QString::fromLatin1(tabs[i].second), this);
+        tabs_[i] = NamedButton(tabs[i].first, QString::fromLatin1(tabs[i].second), this);
         tabs_[i]->setCheckable(true);
         bar->addWidget(tabs_[i]);
         connect(tabs_[i], &QPushButton::clicked, this, [this, i] {
@@ -161,7 +146,7 @@ void frmETPrediction::BuildLayout() {
         });
     }
     bar->addStretch();
-    sscmdSetup = Button("sscmdSetup", QStringLiteral("Setup"), this);
+    sscmdSetup = NamedButton("sscmdSetup", QStringLiteral("Setup"), this);
     sscmdSetup->setToolTip(QStringLiteral("Choose this car's setup runs for the program"));
     bar->addWidget(sscmdSetup);
     connect(sscmdSetup, &QPushButton::clicked, this, [this] {
@@ -183,8 +168,8 @@ void frmETPrediction::BuildLayout() {
         return f;
     };
     const auto calcButton = [&](int index, const QString& caption, QWidget* parent) {
-        cmdCalc[index] =
-            Button(QStringLiteral("cmdCalc%1").arg(index).toLatin1().constData(), caption, parent);
+        cmdCalc[index] = NamedButton(QStringLiteral("cmdCalc%1").arg(index).toLatin1().constData(),
+                                     caption, parent);
         cmdCalc[index]->setEnabled(false);
         connect(cmdCalc[index], &QPushButton::clicked, this, [this, index] {
             const Loud loud(*this);
@@ -226,12 +211,12 @@ void frmETPrediction::BuildLayout() {
         auto* fuel = new QGroupBox(QStringLiteral("Fuel Type"), ssfraStdDialIn);
         fuel->setObjectName(QStringLiteral("ssfraFuel"));
         auto* fl = new QVBoxLayout(fuel);
-        optGas = Option("optGas", QStringLiteral("Gas"), fuel);
-        optMethanol = Option("optMethanol", QStringLiteral("Methanol"), fuel);
+        optGas = NamedOption("optGas", QStringLiteral("Gas"), fuel);
+        optMethanol = NamedOption("optMethanol", QStringLiteral("Methanol"), fuel);
         fl->addWidget(optGas);
         fl->addWidget(optMethanol);
         g->addWidget(fuel, 0, 2, 3, 1);
-        lblWhyNoSTDCalculate = ReasonLabel("lblWhyNoSTDCalculate", ssfraStdDialIn);
+        lblWhyNoSTDCalculate = ProgramReasonLabel("lblWhyNoSTDCalculate", ssfraStdDialIn);
         g->addWidget(lblWhyNoSTDCalculate, 4, 0, 1, 3);
         g->addWidget(calcButton(kStd, QStringLiteral("Calculate Dial In"), ssfraStdDialIn), 3, 2);
         for (QLineEdit* b : {txtOldCorr, txtOldET, txtNewCorr}) {
@@ -264,8 +249,8 @@ void frmETPrediction::BuildLayout() {
             connect(txtDA[i], &QLineEdit::textChanged, this, [this] { txtDialIn->clear(); });
             connect(txtET[i], &QLineEdit::textChanged, this, [this] { txtDialIn->clear(); });
         }
-        sscmdEditSetup = Button("sscmdEditSetup", QStringLiteral("Edit Setup"), setup);
-        sscmdClearSetup = Button("sscmdClearSetup", QStringLiteral("Clear Setup"), setup);
+        sscmdEditSetup = NamedButton("sscmdEditSetup", QStringLiteral("Edit Setup"), setup);
+        sscmdClearSetup = NamedButton("sscmdClearSetup", QStringLiteral("Clear Setup"), setup);
         sg->addWidget(sscmdEditSetup, 4, 1);
         sg->addWidget(sscmdClearSetup, 4, 2);
         g->addWidget(setup, 0, 0, 1, 4);
@@ -281,8 +266,8 @@ void frmETPrediction::BuildLayout() {
         auto* distance = new QGroupBox(ssfraDADialIn);
         distance->setObjectName(QStringLiteral("SSFrame1"));
         auto* dl = new QVBoxLayout(distance);
-        opt14MileDA = Option("opt14MileDA", QStringLiteral("1/4 Mile"), distance);
-        opt18MileDA = Option("opt18MileDA", QStringLiteral("1/8 Mile"), distance);
+        opt14MileDA = NamedOption("opt14MileDA", QStringLiteral("1/4 Mile"), distance);
+        opt18MileDA = NamedOption("opt18MileDA", QStringLiteral("1/8 Mile"), distance);
         opt14MileDA->setChecked(true);
         dl->addWidget(opt14MileDA);
         dl->addWidget(opt18MileDA);
@@ -292,7 +277,7 @@ void frmETPrediction::BuildLayout() {
         lbInfo = new QLabel(ssfraDADialIn);
         lbInfo->setObjectName(QStringLiteral("lbInfo"));
         g->addWidget(lbInfo, 5, 0, 1, 4);
-        lblWhyNoDACalculate = ReasonLabel("lblWhyNoDACalculate", ssfraDADialIn);
+        lblWhyNoDACalculate = ProgramReasonLabel("lblWhyNoDACalculate", ssfraDADialIn);
         g->addWidget(lblWhyNoDACalculate, 6, 0, 1, 4);
         for (QLineEdit* b : {txtLastRunDA, txtLastRunET, txtNewDA}) {
             connect(b, &QLineEdit::textChanged, this, &frmETPrediction::DensityAltInputChanged);
@@ -344,16 +329,16 @@ void frmETPrediction::BuildLayout() {
                 b->setEnabled(false);
             }
         }
-        sscmdTSEditSetup = Button("sscmdTSEditSetup", QStringLiteral("Edit Setup"), setup);
-        sscmdTSClearSetup = Button("sscmdTSClearSetup", QStringLiteral("Clear Setup"), setup);
+        sscmdTSEditSetup = NamedButton("sscmdTSEditSetup", QStringLiteral("Edit Setup"), setup);
+        sscmdTSClearSetup = NamedButton("sscmdTSClearSetup", QStringLiteral("Clear Setup"), setup);
         sg->addWidget(sscmdTSEditSetup, 3, 1, 1, 2);
         sg->addWidget(sscmdTSClearSetup, 3, 3);
         g->addWidget(setup, 0, 2, 4, 2);
         auto* distance = new QGroupBox(ssfraTStop);
         distance->setObjectName(QStringLiteral("SSFrame3"));
         auto* dl = new QHBoxLayout(distance);
-        opt14MileTS = Option("opt14MileTS", QStringLiteral("1/4 Mile"), distance);
-        opt18MileTS = Option("opt18MileTS", QStringLiteral("1/8 Mile"), distance);
+        opt14MileTS = NamedOption("opt14MileTS", QStringLiteral("1/4 Mile"), distance);
+        opt18MileTS = NamedOption("opt18MileTS", QStringLiteral("1/8 Mile"), distance);
         opt14MileTS->setChecked(true);
         dl->addWidget(opt14MileTS);
         dl->addWidget(opt18MileTS);
@@ -362,7 +347,7 @@ void frmETPrediction::BuildLayout() {
         lbTSInfo = new QLabel(ssfraTStop);
         lbTSInfo->setObjectName(QStringLiteral("lbTSInfo"));
         g->addWidget(lbTSInfo, 7, 0, 1, 4);
-        lblWhyNoTSCalculate = ReasonLabel("lblWhyNoTSCalculate", ssfraTStop);
+        lblWhyNoTSCalculate = ProgramReasonLabel("lblWhyNoTSCalculate", ssfraTStop);
         g->addWidget(lblWhyNoTSCalculate, 8, 0, 1, 4);
         for (QLineEdit* b :
              {txtTSOldTimer, txtTSOldCorr, txtTSOldET, txtTSNewCorr, txtTSDesiredET}) {
@@ -392,7 +377,7 @@ void frmETPrediction::BuildLayout() {
         row(g, 4, QStringLiteral("Estimated ET"), txtRCEstET, ssfraRunCompleter);
         row(g, 5, QStringLiteral("Estimated MPH"), txtRCEstMPH, ssfraRunCompleter);
         g->addWidget(calcButton(kRc, QStringLiteral("Calculate"), ssfraRunCompleter), 3, 2);
-        lblWhyNoRCCalculate = ReasonLabel("lblWhyNoRCCalculate", ssfraRunCompleter);
+        lblWhyNoRCCalculate = ProgramReasonLabel("lblWhyNoRCCalculate", ssfraRunCompleter);
         g->addWidget(lblWhyNoRCCalculate, 6, 0, 1, 3);
         for (QLineEdit* b : {txtOldInterimET, txtOldRCET, txtRCOldFullMPH, txtRCNewInterimET}) {
             connect(b, &QLineEdit::textChanged, this, &frmETPrediction::RunCompleterInputChanged);

@@ -79,27 +79,10 @@ QLabel* Caption(const QString& text, QWidget* parent) {
 }
 
 QLabel* MessageLabel(const char* name, QWidget* parent) {
-    auto* label = new QLabel(parent);
-    label->setObjectName(QString::fromLatin1(name));
-    label->setWordWrap(true);
+    QLabel* label = ReasonLabel(name, parent);
     // Two lines hold the longest reason; the window keeps its size as messages come and go.
     label->setFixedWidth(250);
-    label->setMinimumHeight(label->fontMetrics().lineSpacing() * 2);
-    label->setStyleSheet(QStringLiteral("color: #a00000"));
     return label;
-}
-
-QPushButton* Button(const char* name, const QString& text, QWidget* parent) {
-    auto* b = new QPushButton(text, parent);
-    b->setObjectName(QString::fromLatin1(name));
-    b->setAutoDefault(false);
-    return b;
-}
-
-QRadioButton* Option(const char* name, const QString& text, QWidget* parent) {
-    auto* o = new QRadioButton(text, parent);
-    o->setObjectName(QString::fromLatin1(name));
-    return o;
 }
 
 bool ValZero(const QString& text) {
@@ -196,11 +179,12 @@ void frmTuneUp::BuildLayout() {
     ssfraCarb->setObjectName(QStringLiteral("ssfraCarb"));
     {
         auto* l = new QVBoxLayout(ssfraCarb);
-        ssoptCarbHolleyJet = Option("ssoptCarbHolleyJet", QStringLiteral("Holley Jet"), ssfraCarb);
+        ssoptCarbHolleyJet =
+            NamedOption("ssoptCarbHolleyJet", QStringLiteral("Holley Jet"), ssfraCarb);
         ssoptCarbPrecisionJet =
-            Option("ssoptCarbPrecisionJet", QStringLiteral("Precision Jet"), ssfraCarb);
+            NamedOption("ssoptCarbPrecisionJet", QStringLiteral("Precision Jet"), ssfraCarb);
         ssoptFuelInjection =
-            Option("ssoptFuelInjection", QStringLiteral("Fuel Injection"), ssfraCarb);
+            NamedOption("ssoptFuelInjection", QStringLiteral("Fuel Injection"), ssfraCarb);
         const std::array<QRadioButton*, 3> options = {ssoptCarbHolleyJet, ssoptCarbPrecisionJet,
                                                       ssoptFuelInjection};
         for (int i = 0; i < 3; ++i) {
@@ -214,9 +198,9 @@ void frmTuneUp::BuildLayout() {
     ssfraFuel->setObjectName(QStringLiteral("ssfraFuel"));
     {
         auto* l = new QVBoxLayout(ssfraFuel);
-        ssoptGas = Option("ssoptGas", QStringLiteral("Gas"), ssfraFuel);
-        ssoptMethanol = Option("ssoptMethanol", QStringLiteral("Methanol"), ssfraFuel);
-        ssoptNitro = Option("ssoptNitro", QStringLiteral("Nitro"), ssfraFuel);
+        ssoptGas = NamedOption("ssoptGas", QStringLiteral("Gas"), ssfraFuel);
+        ssoptMethanol = NamedOption("ssoptMethanol", QStringLiteral("Methanol"), ssfraFuel);
+        ssoptNitro = NamedOption("ssoptNitro", QStringLiteral("Nitro"), ssfraFuel);
         for (QRadioButton* o : {ssoptGas, ssoptMethanol, ssoptNitro}) {
             l->addWidget(o);
         }
@@ -236,7 +220,7 @@ void frmTuneUp::BuildLayout() {
         stack->addWidget(p, 0, 0, Qt::AlignTop | Qt::AlignLeft);
     }
 
-    cmdSaveAll = Button(
+    cmdSaveAll = NamedButton(
         "cmdSaveAll",
         QStringLiteral("Save New Tune-Up to CAR and FUTURE RUNS (but not to the currently selected "
                        "run)"),
@@ -245,12 +229,12 @@ void frmTuneUp::BuildLayout() {
         "Keep the new tune-up as the car's: new runs start from it and it becomes the old one"));
     connect(cmdSaveAll, &QPushButton::clicked, this, &frmTuneUp::cmdSaveAll_Click);
     cmdSaveToRun =
-        Button("cmdSaveToRun",
-               QStringLiteral("Save New Tune-Up to the CURRENTLY SELECTED RUN ONLY"), this);
+        NamedButton("cmdSaveToRun",
+                    QStringLiteral("Save New Tune-Up to the CURRENTLY SELECTED RUN ONLY"), this);
     cmdSaveToRun->setToolTip(
         QStringLiteral("Write the new tune-up into the run selected in the main window's list"));
     connect(cmdSaveToRun, &QPushButton::clicked, this, &frmTuneUp::cmdSaveToRun_Click);
-    btnHelp = Button("btnHelp", QStringLiteral("Help"), this);
+    btnHelp = NamedButton("btnHelp", QStringLiteral("Help"), this);
     btnHelp->setToolTip(QStringLiteral("Show the help for the tune-up programs"));
     connect(btnHelp, &QPushButton::clicked, this, [this] { ctx_.main.HelpContents(); });
     auto* bottom = new QHBoxLayout;
@@ -380,7 +364,7 @@ QGroupBox* frmTuneUp::BuildPanel(Panel panel, const char* name, const QString& c
         case kFuelInjection: {
             txtFIArea = Box("txtFIArea");
             txtNewFIArea = Box("txtNewFIArea");
-            cmdNozzleDetail = Button("cmdNozzleDetail", kShowDetail, frame);
+            cmdNozzleDetail = NamedButton("cmdNozzleDetail", kShowDetail, frame);
             cmdNozzleDetail->setToolTip(
                 QStringLiteral("Show or hide the nozzle sizes behind the nozzle areas"));
             connect(cmdNozzleDetail, &QPushButton::clicked, this, [this] {
