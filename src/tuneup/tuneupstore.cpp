@@ -40,10 +40,14 @@ TuneUpBase BaseOf(const store::Query& q) {
     return base;
 }
 
+QString ByIdSql(const char* table, const char* key, qint64 id) {
+    return QStringLiteral("SELECT * FROM %1 WHERE %2 = ")
+               .arg(QLatin1String(table), QLatin1String(key)) +
+           QString::number(id);
+}
+
 store::Query OpenById(store::Database& db, const char* table, const char* key, qint64 id) {
-    return db.OpenQuery(QStringLiteral("SELECT * FROM %1 WHERE %2 = ")
-                            .arg(QLatin1String(table), QLatin1String(key)) +
-                        QString::number(id));
+    return db.OpenQuery(ByIdSql(table, key, id));
 }
 
 // The box's text as it is stored: without the blanks around it, and never Null.
@@ -81,9 +85,7 @@ Assignments TuneUpAssignments(const NewTuneUp& t) {
 SaveOutcome SaveGroups(store::Database& db, const char* table, const char* key, qint64 id,
                        const std::vector<Assignments>& groups) {
     store::Database::Transaction transaction(db);
-    auto rs = db.OpenRecordset(QStringLiteral("SELECT * FROM %1 WHERE %2 = ")
-                                   .arg(QLatin1String(table), QLatin1String(key)) +
-                               QString::number(id));
+    auto rs = db.OpenRecordset(ByIdSql(table, key, id));
     if (rs->Eof()) {
         return SaveOutcome::Missing;
     }

@@ -489,11 +489,9 @@ LoadFailure frmTuneUp::LoadOldTuneUp() {
             return old.failure;
         }
         car_ = old.car;
-        carNumber_ = car_.number;
-        carName_ = car_.name;
         // A run's tune-up belongs to the run's car: that is the car a save goes to.
         SetCarId(car_.id);
-        setWindowTitle(QStringLiteral("Car #") + carNumber_ + QStringLiteral(" (") + carName_ +
+        setWindowTitle(QStringLiteral("Car #") + car_.number + QStringLiteral(" (") + car_.name +
                        QStringLiteral(") Tune-Up"));
         Put(txtBaseADR, old.base.adr);
         Put(txtBaseJet, old.base.jet);
@@ -721,8 +719,7 @@ void frmTuneUp::ShowFailure(int panel, const QString& reason) {
 bool frmTuneUp::cmdCalc_click(int panel) {
     switch (panel) {
         case kHolley: {
-            const HolleyInputs in{txtBaseADR->text(), txtNewADR->text(), txtBaseJet->text(),
-                                  txtTuneAdjust->text()};
+            const HolleyInputs in = HolleyIn();
             if (manual_ || !HolleyReady(in)) {
                 if (!manual_) {
                     txtNewJet->clear();
@@ -740,8 +737,7 @@ bool frmTuneUp::cmdCalc_click(int panel) {
             return true;
         }
         case kPrecision: {
-            const PrecisionInputs in{txtPreBaseADR->text(), txtPreNewADR->text(),
-                                     txtPreBaseJet->text(), txtPreTuneAdjust->text()};
+            const PrecisionInputs in = PrecisionIn();
             if (manual_ || !PrecisionReady(in)) {
                 if (!manual_) {
                     txtPreNewJet->clear();
@@ -759,10 +755,7 @@ bool frmTuneUp::cmdCalc_click(int panel) {
             return true;
         }
         case kFuelInjection: {
-            const FuelInjectionInputs in{txtFIArea->text(),       txtFIBasePill->text(),
-                                         txtFIBaseADR->text(),    txtFINewADR->text(),
-                                         txtFIBaseBoost->text(),  txtFINewBoost->text(),
-                                         txtFITuneAdjust->text(), txtNewFIArea->text()};
+            const FuelInjectionInputs in = FuelInjectionIn();
             if (manual_ || !FuelInjectionReady(in)) {
                 if (!manual_) {
                     txtFINewPill->clear();
@@ -783,6 +776,21 @@ bool frmTuneUp::cmdCalc_click(int panel) {
     return true;
 }
 
+HolleyInputs frmTuneUp::HolleyIn() const {
+    return {txtBaseADR->text(), txtNewADR->text(), txtBaseJet->text(), txtTuneAdjust->text()};
+}
+
+PrecisionInputs frmTuneUp::PrecisionIn() const {
+    return {txtPreBaseADR->text(), txtPreNewADR->text(), txtPreBaseJet->text(),
+            txtPreTuneAdjust->text()};
+}
+
+FuelInjectionInputs frmTuneUp::FuelInjectionIn() const {
+    return {txtFIArea->text(),       txtFIBasePill->text(),  txtFIBaseADR->text(),
+            txtFINewADR->text(),     txtFIBaseBoost->text(), txtFINewBoost->text(),
+            txtFITuneAdjust->text(), txtNewFIArea->text()};
+}
+
 QString frmTuneUp::PanelResult(int panel) const {
     switch (panel) {
         case kHolley:
@@ -798,25 +806,11 @@ void frmTuneUp::cmdCalc_Auto() {
     if (manual_) {
         return;
     }
-    bool ready = false;
-    switch (panel_) {
-        case kHolley:
-            ready = HolleyReady(
-                {txtBaseADR->text(), txtNewADR->text(), txtBaseJet->text(), txtTuneAdjust->text()});
-            break;
-        case kPrecision:
-            ready = PrecisionReady({txtPreBaseADR->text(), txtPreNewADR->text(),
-                                    txtPreBaseJet->text(), txtPreTuneAdjust->text()});
-            break;
-        case kFuelInjection:
-            ready = FuelInjectionReady({txtFIArea->text(), txtFIBasePill->text(),
-                                        txtFIBaseADR->text(), txtFINewADR->text(),
-                                        txtFIBaseBoost->text(), txtFINewBoost->text(),
-                                        txtFITuneAdjust->text(), txtNewFIArea->text()});
-            break;
-    }
+    const bool ready = panel_ == kHolley      ? HolleyReady(HolleyIn())
+                       : panel_ == kPrecision ? PrecisionReady(PrecisionIn())
+                                              : FuelInjectionReady(FuelInjectionIn());
     if (ready && cmdCalc_click(panel_)) {
-        ctx_.state.leadin.Add(shell::FormatPageLeadin(carNumber_, PanelResult(panel_)));
+        ctx_.state.leadin.Add(shell::FormatPageLeadin(car_.number, PanelResult(panel_)));
     }
 }
 

@@ -41,7 +41,7 @@ public:
     ~frmTuneUp() override;
 
     QWidget* Widget() override { return this; }
-    QString CarNumber() const override { return carNumber_; }
+    QString CarNumber() const override { return car_.number; }
     // Reloads from the old tune-up's source; the new side starts again from it.
     void FormReLoad() override;
     // The weather's air density into the three new-ADR boxes, then the selected program
@@ -88,6 +88,9 @@ private:
     void NozzleTyped(bool newSide, int index);
     void ShowFailure(int panel, const QString& reason);
     QString PanelResult(int panel) const;
+    HolleyInputs HolleyIn() const;
+    PrecisionInputs PrecisionIn() const;
+    FuelInjectionInputs FuelInjectionIn() const;
 
     void cmdSaveAll_Click();
     void cmdSaveToRun_Click();
@@ -96,8 +99,6 @@ private:
 
     const shell::WindowContext ctx_;
     bool gridHeld_ = false;
-    QString carNumber_;
-    QString carName_;
     TuneUpCar car_;  // the car last read, whose types choose the panel and fuel
     bool loadFailed_ = false;
     bool firstLoad_ = false;
