@@ -7,6 +7,7 @@
 #include "prediction/ui/frmETPrediction.h"
 #include "run/ui/frmRun.h"
 #include "shell/ui/frmMain.h"
+#include "testtune/ui/frmTestTune.h"
 #include "tuneup/ui/frmTuneUp.h"
 #include "weather/ui/frmWeather.h"
 
@@ -63,6 +64,10 @@ void RegisterWindows(shell::frmMain& main) {
     main.RegisterWindow(tools::kWeather,
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             return Owned(new weather::frmWeather(ctx, {}, owner));
+                        });
+    main.RegisterWindow(tools::kTestTune,
+                        [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
+                            return Owned(new testtune::frmTestTune(ctx, owner));
                         });
     main.RegisterPrediction(
         [](const shell::WindowContext& ctx, QWidget* owner) -> shell::PredictionWindow* {

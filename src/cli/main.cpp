@@ -3,6 +3,7 @@
 
 #include "common/numbers.h"
 #include "prediction/calculators.h"
+#include "testtune/calculators.h"
 #include "tuneup/calculators.h"
 #include "weather/airproperties.h"
 
@@ -283,6 +284,93 @@ CalcResult<QString> RunNozzle(const QStringList& args) {
         u'\t');
 }
 
+namespace testtune = slipbook::testtune;
+
+// "gas" or "methanol": whether methanol; empty for anything else.
+std::optional<bool> Methanol(const QString& text) {
+    if (text == QLatin1String("gas") || text == QLatin1String("methanol")) {
+        return text == QLatin1String("methanol");
+    }
+    return std::nullopt;
+}
+
+CalcResult<QString> BadFuel() {
+    return CalcResult<QString>::failure(QStringLiteral("fuel must be gas or methanol"));
+}
+
+CalcResult<QString> RunStandardDay(const QStringList& args) {
+    const auto methanol = Methanol(args[3]);
+    if (!methanol) {
+        return BadFuel();
+    }
+    const testtune::StandardDayInputs in{args[0], args[1], args[2]};
+    const auto out = testtune::CalcStandardDay(in, *methanol);
+    if (!out) {
+        return CalcResult<QString>::failure(out.error());
+    }
+    return QStringList{out->et, out->mph, Flag(testtune::IsStandardDayEnabled(in))}.join(u'\t');
+}
+
+CalcResult<QString> RunCorrectTime(const QStringList& args) {
+    const auto methanol = Methanol(args[2]);
+    if (!methanol) {
+        return BadFuel();
+    }
+    slipbook::CalcSteps s;
+    const double corr = s.Strict(args[0]);
+    const double time = s.Strict(args[1]);
+    if (s.failed()) {
+        return CalcResult<QString>::failure(s.error());
+    }
+    return PlainOf(testtune::CorrectTime(corr, time, *methanol));
+}
+
+CalcResult<QString> RunIntermediateTimes(const QStringList& args) {
+    const auto methanol = Methanol(args[6]);
+    if (!methanol) {
+        return BadFuel();
+    }
+    testtune::IntermediateInputs in;
+    in.corr = args[0];
+    for (int i = 0; i < testtune::kTimingPoints; ++i) {
+        in.times[i] = args[1 + i];
+    }
+    const auto out = testtune::CalcIntermediateTimes(in, *methanol);
+    if (!out.error.isEmpty()) {
+        return CalcResult<QString>::failure(out.error);
+    }
+    QStringList fields(out.times.begin(), out.times.end());
+    fields << Flag(testtune::IsIntermediateEnabled(in));
+    return fields.join(u'\t');
+}
+
+CalcResult<QString> RunEstimatedHp(const QStringList& arguments) {
+    QStringList args = arguments;
+    const bool eighth = TakeFlag(args, "--eighth");
+    if (args.size() > 4) {
+        return CalcResult<QString>::failure(QStringLiteral("esthp takes at most 4 arguments"));
+    }
+    const testtune::EstimatedHpInputs in{args[0], args.value(3), args[1], args[2], eighth};
+    const auto out = testtune::CalcEstimatedHP(in);
+    if (!out) {
+        return CalcResult<QString>::failure(out.error());
+    }
+    return QStringList{out->estimatedHp, out->correctedHp, out->mphHp,
+                       Flag(testtune::IsEstimatedHPEnabled(in))}
+        .join(u'\t');
+}
+
+CalcResult<QString> RunEstimatedEt(const QStringList& args) {
+    const testtune::EstimatedEtInputs in{args[0], args[1]};
+    const auto out = testtune::CalcEstimatedET(in);
+    if (!out.error.isEmpty()) {
+        return CalcResult<QString>::failure(out.error);
+    }
+    return QStringList{out.quarterEt, out.eighthEt, out.quarterMph, out.eighthMph,
+                       Flag(testtune::IsEstimatedETEnabled(in))}
+        .join(u'\t');
+}
+
 constexpr Command kCommands[] = {
     {"air", "TEMP HUMIDITY BAROMETER",
      "the weather window's seven figures, tab-separated: correction factor, density altitude,\n"
@@ -328,6 +416,23 @@ constexpr Command kCommands[] = {
      "2 hat, 3 head, 4 manifold), the total area and the total equivalent diameter; N1..N32\n"
      "are the diameters blower 1-8, hat 1-8, head 1-8, manifold 1-8",
      33, RunNozzle},
+    {"stdday", "CORR ET MPH gas|methanol",
+     "standard day correction: the standard-day ET and MPH, and whether Calculate is on\n"
+     "(it is calculated either way)",
+     4, RunStandardDay},
+    {"correcttime", "CORR TIME gas|methanol", "one timing point corrected to the standard day", 3,
+     RunCorrectTime},
+    {"inttimes", "CORR T60 T330 T660 T1000 T1320 gas|methanol",
+     "intermediate time analysis: the five corrected times and whether Calculate is on", 7,
+     RunIntermediateTimes},
+    {"esthp", "[--eighth] ET WEIGHT CORR [MPH]",
+     "estimated horsepower: the estimated, corrected and MPH horsepower (empty with --eighth)\n"
+     "and whether Calculate is on; --eighth takes ET as an eighth-mile time",
+     3, RunEstimatedHp, "--eighth", true},
+    {"estet", "HP WEIGHT",
+     "estimated ET: the quarter-mile ET, eighth-mile ET, quarter-mile MPH, eighth-mile MPH\n"
+     "and whether Calculate is on",
+     2, RunEstimatedEt},
 };
 
 void PrintUsage() {

@@ -242,6 +242,8 @@ QString PlainDateText(const QDateTime& v) {
     return dateText + u' ' + timeText;
 }
 
+}  // namespace
+
 QString ValueText(const QVariant& value) {
     switch (value.metaType().id()) {
         case QMetaType::QDateTime:
@@ -260,6 +262,8 @@ QString ValueText(const QVariant& value) {
             return value.toString();
     }
 }
+
+namespace {
 
 bool IsNullValue(const QVariant& value) {
     return !value.isValid() || value.isNull();

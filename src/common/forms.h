@@ -46,6 +46,10 @@ QString DateMaskValue(const QVariant& value);
 // is shown as the text it is.
 QString TimeMaskValue(const QVariant& value, bool withSeconds);
 
+// A field value as a box shows it: numbers as PlainNumberText, dates as "7/4/2003 10:30:00 AM",
+// flags as "True"/"False", Null as the empty text.
+QString ValueText(const QVariant& value);
+
 // The empty pattern of a mask ("##/##/####" gives "__/__/____": each "#" becomes "_", every
 // other character stays) for Null or the empty text; else the value as text.
 QString MaskClipValue(const QVariant& value, QStringView mask);
