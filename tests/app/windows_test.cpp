@@ -280,8 +280,7 @@ TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
 
     // The tools of windows still to come wait, and say so; every other tool says what it does,
     // in more words than its caption.
-    const QStringList later = {tools::kCars, tools::kExpenses, tools::kTestTune, tools::kFilter,
-                               tools::kViewSetup};
+    const QStringList later = {tools::kCars, tools::kExpenses, tools::kFilter, tools::kViewSetup};
     const QString notYet = QStringLiteral("Not available yet");
     QList<QAction*> tools;
     for (QMenu* menu : main.findChildren<QMenu*>()) {
@@ -381,6 +380,35 @@ TEST(Windows, PredictionWindowsAreOnePerCarAndFollowTheWeather) {
     for (QWidget* w : predictions()) {
         w->close();
     }
+}
+
+TEST(Windows, TestAndTuneIsOneWindowOnThePickedRun) {
+    test::TempLogbook lb;
+    test::ScriptedMessages messages;
+    store::LogbookEvents notifier;
+    SystemClock clock;
+    lb.db().Execute(QStringLiteral(
+        "INSERT INTO tblRuns (lCar_id, lRun_num, iCorrFactor_val, i14Mile_et, i14Mile_mph) VALUES "
+        "(1, 1, 1.05, 10.00, 130)"));
+    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
+                        QStringLiteral("/nonexistent"));
+    app::RegisterWindows(main);
+    main.FormLoadStuff();
+    test::ShowActive(main);
+
+    test::Press(main, "ID_TestTune");
+    auto* w = main.findChild<QWidget*>(QStringLiteral("frmTestTune"));
+    ASSERT_NE(w, nullptr);
+    EXPECT_TRUE(w->isVisible());
+    QTest::mouseClick(w->findChild<QPushButton*>(QStringLiteral("cmdCalc0")), Qt::LeftButton);
+    EXPECT_EQ(w->findChild<QLineEdit*>(QStringLiteral("txtStdStdET"))->text(),
+              QStringLiteral("9.839"));
+    // Pressed again, the same window comes forward with what it shows.
+    test::Press(main, "ID_TestTune");
+    EXPECT_EQ(main.findChildren<QWidget*>(QStringLiteral("frmTestTune")).size(), 1);
+    EXPECT_EQ(w->findChild<QLineEdit*>(QStringLiteral("txtStdStdET"))->text(),
+              QStringLiteral("9.839"));
+    w->close();
 }
 
 TEST(Windows, TuneUpWindowsAreOnePerCarFollowTheWeatherAndTheRunWindowSharesOne) {
