@@ -2,6 +2,7 @@
 
 #include <QList>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -670,6 +671,13 @@ double RoundPlaces(double x, int places) {
     return std::floor(x * scale + 0.5) / scale;
 }
 
+QString ResultText(double value, QStringView format) {
+    QString text = FormatNumber(value, format);
+    const bool anyDigit =
+        std::any_of(text.cbegin(), text.cend(), [](QChar c) { return c.isDigit(); });
+    return anyDigit ? text : QString();
+}
+
 double CheckedMath::check(double result) {
     if (std::isnan(result)) {
         fail(kInvalidCall);
@@ -717,7 +725,7 @@ double CheckedMath::floor(double x) {
 double CalcSteps::Strict(QStringView text) {
     const auto value = StrictNumber(text);
     if (!value) {
-        fail(QStringLiteral("Type mismatch"));
+        fail(LeadingNumber(text) ? QStringLiteral("Type mismatch") : kOverflow);
         return 0;
     }
     return *value;

@@ -60,6 +60,10 @@ private:
     std::unique_ptr<Sections> sections_;
 };
 
+// A calculator's result in a format of optional digits: FormatNumber, but a value that keeps no
+// digit at all (a zero in "###.###", which would show "." or "-.") is the empty text.
+QString ResultText(double value, QStringView format);
+
 // The text a double converts to without a format: up to 15 significant digits without trailing
 // zeros or grouping, "0.5" rather than ".5", and the scientific form "1E+15", "1.5E-05" when
 // the decimal exponent is 15 or above or below -4. Zero of either sign is "0".
@@ -119,7 +123,8 @@ private:
 // written and are checked once at the end.
 class CalcSteps : public CheckedMath {
 public:
-    // The whole text as a number; a text that is none is a type mismatch.
+    // The whole text as a number; a text that is none is a type mismatch, a number beyond a
+    // double an overflow.
     double Strict(QStringView text);
     // The leading number; one beyond a double is an overflow.
     double Lenient(QStringView text);

@@ -82,14 +82,6 @@ SetupRows SortedBy(const SetupRows& rows, std::optional<double> SetupRow::*colum
     return sorted;
 }
 
-// A result in a format of optional digits; one that keeps no digit at all (a zero) is empty.
-QString ResultText(double value, QStringView format) {
-    QString text = FormatNumber(value, format);
-    const bool anyDigit =
-        std::any_of(text.cbegin(), text.cend(), [](QChar c) { return c.isDigit(); });
-    return anyDigit ? text : QString();
-}
-
 Outcome Stopped(Outcome out, const QString& reason) {
     out.error = reason;
     return out;

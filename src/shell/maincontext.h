@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringView>
 
@@ -22,6 +23,13 @@ public:
     virtual QString FieldText(const QString& controlName) const = 0;
 };
 
+// A column of the main list as it shows it.
+struct ShownColumn {
+    QString name;      // the table's column ("i14Mile_et")
+    QString typeName;  // "Text", "Number", "Date", "Time", "Boolean"
+    QString caption;
+};
+
 // What the other windows may ask of the main window; what they only read of it is the
 // MainState. frmMain implements it; tests use a fake.
 class MainContext {
@@ -32,11 +40,28 @@ public:
     virtual void ClickTool(const QString& toolId) = 0;
     // The filter's fields were set in the state: the tool and the list follow them.
     virtual void FilterApply() = 0;
+    // The filter tool shows whether the filter is on, the list left as it is.
+    virtual void FilterToolFollow() = 0;
 
     // The grid's selected row: its key (the hidden first cell) and any cell's text; empty when
     // the grid has no rows.
     virtual QString SelectedCellText(int column) const = 0;
     QString SelectedKeyText() const { return SelectedCellText(0); }
+
+    // The list's columns after the hidden key, and its cells as shown (row 0 the top one;
+    // column 0 the key).
+    virtual QList<ShownColumn> ListColumns() const = 0;
+    virtual int ListRowCount() const = 0;
+    virtual QString ListCellText(int row, int column) const = 0;
+    // The run list in these catalogue columns, in this order, until the list is next loaded; the
+    // selected run stays selected.
+    virtual void ListShowColumns(const QList<qint64>& catalogueIds) = 0;
+
+    // The views selector: refilled from the logbook; brought to the view with this key (false
+    // when it has none), which the list then shows; the key of its view.
+    virtual void ViewsLoad() = 0;
+    virtual bool SelectView(qint64 viewId) = 0;
+    virtual qint64 CurrentViewId() const = 0;
 
     // The list is held on its row while a run window is open on it.
     virtual void ForbidSelectDifferentRun() = 0;

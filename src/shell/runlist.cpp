@@ -215,7 +215,8 @@ ListLayout BuildListLayout(store::Database& db, const QString& mode, const ListC
     return layout;
 }
 
-ListLayout CatalogueListLayout(store::Database& db, const QList<qint64>& catalogueIds) {
+ListLayout CatalogueListLayout(store::Database& db, const QList<qint64>& catalogueIds,
+                               ColumnOrder order) {
     ListLayout layout;
     layout.mode = tools::kRuns;
     layout.columns.push_back(Hidden("lRun_id"));
@@ -229,9 +230,21 @@ ListLayout CatalogueListLayout(store::Database& db, const QList<qint64>& catalog
                            "lLVC_id IN (%1) ORDER BY lOrder, lLVC_id")
                 .arg(ids.join(u',')),
             store::RecordsetType::Snapshot);
+        QHash<qint64, ListColumn> byId;
         while (!catalogue->Eof()) {
-            layout.columns.push_back(FromCatalogue(*catalogue));
+            const qint64 id = catalogue->Value(QStringLiteral("lLVC_id")).toLongLong();
+            if (order == ColumnOrder::Catalogue) {
+                layout.columns.push_back(FromCatalogue(*catalogue));
+            } else {
+                byId.insert(id, FromCatalogue(*catalogue));
+            }
             catalogue->MoveNext();
+        }
+        for (qint64 id : catalogueIds) {
+            if (const auto it = byId.constFind(id); it != byId.constEnd()) {
+                layout.columns.push_back(*it);
+                byId.erase(it);
+            }
         }
     }
     MarkIdentifyingColumns(layout);

@@ -42,9 +42,12 @@ struct ListLayout {
 QString RunListSql(const ListContext& ctx);
 
 // Runs shown in fixed columns of the run list: the catalogue rows of ID_Runs with these ids, in
-// the catalogue's lOrder, behind the hidden lRun_id key, made as the run list makes them. Ids
-// without a catalogue row are left out. The statement is the caller's to set.
-ListLayout CatalogueListLayout(store::Database& db, const QList<qint64>& catalogueIds);
+// the catalogue's lOrder or in the order given, behind the hidden lRun_id key, made as the run
+// list makes them. Ids without a catalogue row are left out. The statement is the caller's to
+// set.
+enum class ColumnOrder { Catalogue, Given };
+ListLayout CatalogueListLayout(store::Database& db, const QList<qint64>& catalogueIds,
+                               ColumnOrder order = ColumnOrder::Catalogue);
 
 // The columns and statement of a list mode. An unknown mode shows "Unknown Key: " and the key and
 // gives an empty layout. A view that names catalogue rows that are gone skips them; a view table

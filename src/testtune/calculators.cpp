@@ -59,7 +59,7 @@ CalcResult<StandardDayResult> CalcStandardDay(const StandardDayInputs& in, bool 
     if (s.failed()) {
         return CalcResult<StandardDayResult>::failure(s.error());
     }
-    return StandardDayResult{FormatNumber(etShown, u"###.###"), FormatNumber(mphShown, u"###.#")};
+    return StandardDayResult{ResultText(etShown, u"###.###"), ResultText(mphShown, u"###.#")};
 }
 
 // --- Intermediate time analysis -----------------------------------------------------------------
@@ -139,11 +139,11 @@ CalcResult<EstimatedHpResult> CalcEstimatedHP(const EstimatedHpInputs& in) {
         return CalcResult<EstimatedHpResult>::failure(s.error());
     }
     EstimatedHpResult out;
-    out.estimatedHp = FormatNumber(hp, u"###");
-    out.correctedHp = FormatNumber(corrected, u"###");
+    out.estimatedHp = ResultText(hp, u"###");
+    out.correctedHp = ResultText(corrected, u"###");
     if (!in.eighthMile) {
         // Rounded by the format, where the other two were floored.
-        out.mphHp = FormatNumber(mphHp, u"###");
+        out.mphHp = ResultText(mphHp, u"###");
     }
     return out;
 }

@@ -54,15 +54,41 @@ public:
     QHash<QString, QString> weather;  // the weather window's boxes by name; "0" when not given
     std::function<QWidget*(const QString&)> toolWindow;
     std::function<QWidget*(QStringView, qint64)> showWindow;
+    // The list: its columns after the key, and its rows with the key first.
+    QList<shell::ShownColumn> columns;
+    QList<QStringList> rows;
+    QList<qint64> shownColumns;  // what ListShowColumns was last given
+    QList<qint64> views;         // the keys of the views selector
+    qint64 viewId = 0;           // the key of its current entry
 
     void ClickTool(const QString& id) override { calls << QStringLiteral("ClickTool ") + id; }
     void FilterApply() override { calls << QStringLiteral("FilterApply"); }
+    void FilterToolFollow() override { calls << QStringLiteral("FilterToolFollow"); }
     QString SelectedCellText(int c) const override {
         if (c == 0 && !keyText.isEmpty()) {
             return keyText;
         }
         return c < cells.size() ? cells[c] : QString();
     }
+    QList<shell::ShownColumn> ListColumns() const override { return columns; }
+    int ListRowCount() const override { return static_cast<int>(rows.size()); }
+    QString ListCellText(int row, int column) const override {
+        return row >= 0 && row < rows.size() ? rows[row].value(column) : QString();
+    }
+    void ListShowColumns(const QList<qint64>& ids) override {
+        shownColumns = ids;
+        calls << QStringLiteral("ListShowColumns");
+    }
+    void ViewsLoad() override { calls << QStringLiteral("ViewsLoad"); }
+    bool SelectView(qint64 id) override {
+        calls << QStringLiteral("SelectView %1").arg(id);
+        if (!views.contains(id)) {
+            return false;
+        }
+        viewId = id;
+        return true;
+    }
+    qint64 CurrentViewId() const override { return viewId; }
     void ForbidSelectDifferentRun() override { ++lockCount; }
     void AllowSelectDifferentRun() override { --lockCount; }
     QString GetCar_num() override { return carNum; }

@@ -54,10 +54,13 @@ TEST(StandardDay, CorrectsToTheStandardDayWithBothRoundingsOfTheSpeed) {
     // format keeps its point.
     EXPECT_EQ(StandardDay("1", "10", "130.149", true), QStringList({"10.", "130.2"}));
     EXPECT_EQ(StandardDay("1", "9.8765", "140.04"), QStringList({"9.877", "140."}));
+    // A figure that keeps no digit in its format is no figure.
+    EXPECT_EQ(StandardDay("1", "10", "-0.01"), QStringList({"10.", ""}));
 
     // A text that is no number, or a zero time or factor, is a reason and not a result.
     EXPECT_EQ(StandardDay("1.05", "abc", "130"), QStringList({"Type mismatch"}));
     EXPECT_EQ(StandardDay("1.05", "", "130"), QStringList({"Type mismatch"}));
+    EXPECT_EQ(StandardDay("1e400", "10", "130"), QStringList({"Overflow"}));
     EXPECT_EQ(StandardDay("1.05", "0", "130"), QStringList({"Division by zero"}));
     EXPECT_EQ(StandardDay("0", "10", "130"), QStringList({"Division by zero"}));
     EXPECT_EQ(StandardDay("1.05", "-10", "130"),
@@ -112,6 +115,7 @@ TEST(EstimatedHorsepower, FloorsTheFirstTwoAndRoundsTheThird) {
     EXPECT_EQ(Horsepower("0", "2500", "1", "150"), QStringList({"Division by zero"}));
     EXPECT_EQ(Horsepower("8.8", "2500", "1", "fast"), QStringList({"Type mismatch"}));
     EXPECT_EQ(Horsepower("8.8", "0", "1", "150"), QStringList({"", "", ""}));
+    EXPECT_EQ(Horsepower("10", "2500", "1", "-5"), QStringList({"494", "494", ""}));
 
     EXPECT_TRUE(IsEstimatedHPEnabled({"8.8", "", "2500", "1", true}));
     EXPECT_FALSE(IsEstimatedHPEnabled({"8.8", "", "2500", "1", false}));

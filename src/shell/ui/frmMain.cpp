@@ -346,12 +346,12 @@ void frmMain::RegisterWindow(const QString& key, WindowFactory factory) {
 
 void frmMain::ListLoad(const QString& mode) {
     BusyCursor busy;
-    grid_->setUpdatesEnabled(false);
-    grid_->setFrozenColumns(0);
-    // A load comes in the statement's order.
-    grid_->setSortColumn(-1);
-    model_->Clear();
     state_.view = mode;
+    layout_ = BuildListLayout(db_, mode, CurrentListContext(), messages_);
+    LayoutShow();
+}
+
+ListContext frmMain::CurrentListContext() const {
     ListContext ctx;
     ctx.carId = state_.car.id;
     ctx.eventId = state_.event.id;
@@ -359,7 +359,30 @@ void frmMain::ListLoad(const QString& mode) {
     ctx.viewId = ItemKey(views_, views_->currentIndex());
     ctx.filterActive = state_.filter.active;
     ctx.filterSql = state_.filter.sql;
-    layout_ = BuildListLayout(db_, mode, ctx, messages_);
+    return ctx;
+}
+
+void frmMain::ListShowColumns(const QList<qint64>& catalogueIds) {
+    BusyCursor busy;
+    const QString key = SelectedKeyText();
+    ListContext ctx = CurrentListContext();
+    // The columns picked are shown over the car's runs of the event, whatever the track.
+    ctx.trackId = 0;
+    layout_ = CatalogueListLayout(db_, catalogueIds, ColumnOrder::Given);
+    layout_.sql = RunListSql(ctx);
+    LayoutShow();
+    const int row = model_->GridFindRow(key);
+    if (row >= 0) {
+        SelectRow(row);
+    }
+}
+
+void frmMain::LayoutShow() {
+    grid_->setUpdatesEnabled(false);
+    grid_->setFrozenColumns(0);
+    // A load comes in the statement's order.
+    grid_->setSortColumn(-1);
+    model_->Clear();
     model_->SetColumns(layout_.GridColumns());
     for (int c = 0; c < model_->ColumnCount(); ++c) {
         const GridColumn& col = model_->Column(c);
@@ -381,7 +404,7 @@ void frmMain::ListLoad(const QString& mode) {
         }
         model_->SetRows(std::move(rows));
     }
-    if (mode == tools::kRuns && model_->ColumnCount() > 4) {
+    if (layout_.mode == tools::kRuns && model_->ColumnCount() > 4) {
         grid_->setFrozenColumns(4);
     }
     grid_->setUpdatesEnabled(true);
@@ -395,6 +418,26 @@ void frmMain::ListLoad(const QString& mode) {
     if (grid_->isVisible() && QApplication::activeWindow() == this) {
         grid_->setFocus();
     }
+}
+
+QList<ShownColumn> frmMain::ListColumns() const {
+    QList<ShownColumn> columns;
+    for (int c = 1; c < model_->ColumnCount(); ++c) {
+        const GridColumn& col = model_->Column(c);
+        columns.append({col.name, col.typeName, col.caption});
+    }
+    return columns;
+}
+
+int frmMain::ListRowCount() const {
+    return model_->RowCount();
+}
+
+QString frmMain::ListCellText(int row, int column) const {
+    if (row < 0 || row >= model_->RowCount() || column < 0 || column >= model_->ColumnCount()) {
+        return QString();
+    }
+    return model_->Cell(row, column);
 }
 
 int frmMain::SelectedRow() const {
@@ -598,8 +641,12 @@ void frmMain::FilterToggled(bool down) {
     ToolClick(tools::kRuns);
 }
 
-void frmMain::FilterApply() {
+void frmMain::FilterToolFollow() {
     tool(tools::kFilter)->setChecked(state_.filter.active);
+}
+
+void frmMain::FilterApply() {
+    FilterToolFollow();
     if (state_.view == tools::kRuns) {
         ToolClick(tools::kRuns);
     }

@@ -117,7 +117,7 @@ public:
     void CarsLoad();
     void EventsLoad();
     void TrackLoad();
-    void ViewsLoad();
+    void ViewsLoad() override;
     // Bring a selector to the entry whose key is `id` and act on the change as a pick would.
     void SelectCar(qint64 id);
     void SelectEvent(qint64 id);
@@ -129,7 +129,14 @@ public:
 
     // MainContext
     void ClickTool(const QString& toolId) override { ToolClick(toolId); }
+    QList<ShownColumn> ListColumns() const override;
+    int ListRowCount() const override;
+    QString ListCellText(int row, int column) const override;
+    void ListShowColumns(const QList<qint64>& catalogueIds) override;
+    bool SelectView(qint64 viewId) override;
+    qint64 CurrentViewId() const override;
     void FilterApply() override;
+    void FilterToolFollow() override;
     QString SelectedCellText(int column) const override;
     void ForbidSelectDifferentRun() override;
     void AllowSelectDifferentRun() override;
@@ -168,6 +175,9 @@ private:
     void FillSelector(QComboBox* combo, const QString& sql, const QString& keyColumn,
                       const QString& textColumn, const QString& firstRow);
     void RunsTool();
+    ListContext CurrentListContext() const;
+    // The grid made anew from layout_: columns, rows, selection, notes.
+    void LayoutShow();
     void DblClick();
     void RecordDelete();
     void DeleteToolRefresh();

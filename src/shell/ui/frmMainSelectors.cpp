@@ -138,6 +138,20 @@ void frmMain::SelectorPicked(const QString& id) {
     }
 }
 
+bool frmMain::SelectView(qint64 viewId) {
+    const int i = views_->findData(QVariant::fromValue<qint64>(viewId));
+    if (i < 0) {
+        return false;
+    }
+    views_->setCurrentIndex(i);
+    SelectorPicked(tools::kViews);
+    return true;
+}
+
+qint64 frmMain::CurrentViewId() const {
+    return ItemKey(views_, views_->currentIndex());
+}
+
 void frmMain::SelectCar(qint64 id) {
     const int i = carList_->findData(QVariant::fromValue<qint64>(id));
     if (i >= 0) {

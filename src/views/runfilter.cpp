@@ -1,0 +1,3 @@
+#include "views/runfilter.h"
+
+namespace slipbook::views {}  // namespace slipbook::views

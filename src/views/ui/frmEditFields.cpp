@@ -1,0 +1,3 @@
+#include "views/ui/frmEditFields.h"
+
+namespace slipbook::views {}  // namespace slipbook::views

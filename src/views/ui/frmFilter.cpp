@@ -1,0 +1,3 @@
+#include "views/ui/frmFilter.h"
+
+namespace slipbook::views {}  // namespace slipbook::views

@@ -1,0 +1,3 @@
+#include "views/ui/frmView.h"
+
+namespace slipbook::views {}  // namespace slipbook::views

@@ -1,0 +1,3 @@
+#pragma once
+
+namespace slipbook::views {}  // namespace slipbook::views

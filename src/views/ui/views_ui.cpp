@@ -1,2 +1,0 @@
-// Placeholder translation unit until the first window of this subsystem lands.
-namespace slipbook::views::ui {}

@@ -1,0 +1,3 @@
+#include "views/viewstore.h"
+
+namespace slipbook::views {}  // namespace slipbook::views
