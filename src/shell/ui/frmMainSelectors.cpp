@@ -3,6 +3,7 @@
 #include "common/tools.h"
 #include "shell/ui/fitwidgets.h"
 #include "store/access.h"
+#include "views/viewstore.h"
 
 #include <QComboBox>
 
@@ -129,11 +130,7 @@ void frmMain::SelectorPicked(const QString& id) {
         const qint64 view = ItemKey(views_, views_->currentIndex());
         // The view picked is the view of the next start.
         if (view != 0 && db_.TableExists(QStringLiteral("tblViews"))) {
-            store::Database::Transaction tx(db_);
-            db_.Execute(QStringLiteral("UPDATE tblViews SET bDefault_fl = False"));
-            db_.Execute(QStringLiteral("UPDATE tblViews SET bDefault_fl = True WHERE lView_id = ") +
-                        QString::number(view));
-            tx.Commit();
+            views::DefaultViewSet(db_, views::ViewTable(db_, view));
         }
     }
 }
