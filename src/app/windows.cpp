@@ -9,6 +9,7 @@
 #include "shell/ui/frmMain.h"
 #include "testtune/ui/frmTestTune.h"
 #include "tuneup/ui/frmTuneUp.h"
+#include "views/ui/frmView.h"
 #include "weather/ui/frmWeather.h"
 
 namespace slipbook::app {
@@ -64,6 +65,13 @@ void RegisterWindows(shell::frmMain& main) {
     main.RegisterWindow(tools::kWeather,
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             return Owned(new weather::frmWeather(ctx, {}, owner));
+                        });
+    main.RegisterWindow(tools::kViewSetup,
+                        [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
+                            auto* w = Owned(new views::frmView(ctx, owner));
+                            // The main list waits while its columns are being chosen.
+                            w->setWindowModality(Qt::ApplicationModal);
+                            return w;
                         });
     main.RegisterWindow(tools::kTestTune,
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {

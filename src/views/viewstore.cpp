@@ -199,4 +199,43 @@ void DeleteView(store::Database& db, qint64 viewId) {
     tx.Commit();
 }
 
+QList<CatalogueRow> ReadCatalogue(store::Database& db) {
+    store::Query q = db.OpenQuery(
+        QStringLiteral("SELECT lLVC_id, sColumnHeader, sDisplayFormat, sDataType, sAlignment, "
+                       "lColumnWidth FROM tblListViewColumns ORDER BY rowid"));
+    QList<CatalogueRow> rows;
+    while (q.Next()) {
+        rows.append({q.Value(0).toLongLong(), q.Text(1), q.Text(2), q.Text(3), q.Text(4),
+                     q.IsNull(5) ? QString() : QString::number(q.Value(5).toLongLong())});
+    }
+    return rows;
+}
+
+std::optional<QString> WriteCatalogueRow(store::Database& db, const CatalogueRow& row) {
+    QVariant width;
+    if (!row.width.trimmed().isEmpty()) {
+        bool ok = false;
+        const qint64 w = row.width.trimmed().toLongLong(&ok);
+        if (!ok || w < 0 || w > 2147483647) {
+            return QStringLiteral("The column width must be a whole number of 0 or more.");
+        }
+        width = QVariant::fromValue<qint64>(w);
+    }
+    store::Database::Transaction tx(db);
+    auto rs = db.OpenRecordset(QStringLiteral("SELECT * FROM tblListViewColumns WHERE lLVC_id = ") +
+                               IdText(row.id));
+    if (rs->Eof()) {
+        return QStringLiteral("This column is no longer in the logbook.");
+    }
+    rs->Edit();
+    rs->SetValue(QStringLiteral("sColumnHeader"), row.header);
+    rs->SetValue(QStringLiteral("sDisplayFormat"), row.format);
+    rs->SetValue(QStringLiteral("sDataType"), row.dataType);
+    rs->SetValue(QStringLiteral("sAlignment"), row.alignment);
+    rs->SetValue(QStringLiteral("lColumnWidth"), width);
+    rs->Update();
+    tx.Commit();
+    return std::nullopt;
+}
+
 }  // namespace slipbook::views

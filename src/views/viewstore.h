@@ -59,4 +59,18 @@ void RecallView(store::Database& db, qint64 viewId, const QList<qint64>& fieldId
 // Drops the view's table and its entry, together.
 void DeleteView(store::Database& db, qint64 viewId);
 
+// A row of the column catalogue as its editor shows it; the width as text.
+struct CatalogueRow {
+    qint64 id = 0;      // lLVC_id
+    QString header;     // sColumnHeader
+    QString format;     // sDisplayFormat
+    QString dataType;   // sDataType
+    QString alignment;  // sAlignment
+    QString width;      // lColumnWidth
+};
+QList<CatalogueRow> ReadCatalogue(store::Database& db);
+// Writes the row as edited, every text as typed; a width that is no whole number is refused
+// with the reason and nothing is written. An empty width is Null.
+std::optional<QString> WriteCatalogueRow(store::Database& db, const CatalogueRow& row);
+
 }  // namespace slipbook::views
