@@ -476,6 +476,19 @@ QRadioButton* NamedOption(const char* name, const QString& text, QWidget* parent
     return o;
 }
 
+QLineEdit* NamedBox(const char* name, bool result, QWidget* parent) {
+    auto* box = new QLineEdit(parent);
+    box->setObjectName(QString::fromLatin1(name));
+    if (result) {
+        box->setReadOnly(true);
+        box->setFocusPolicy(Qt::NoFocus);
+    } else {
+        InstallSelectAllOnFocus(box);
+    }
+    InstallEnterAsTab(box);
+    return box;
+}
+
 QLabel* ReasonLabel(const char* name, QWidget* parent) {
     auto* label = new QLabel(parent);
     label->setObjectName(QString::fromLatin1(name));

@@ -102,16 +102,8 @@ frmETPrediction::frmETPrediction(const shell::WindowContext& ctx, QWidget* paren
 frmETPrediction::~frmETPrediction() = default;
 
 QLineEdit* frmETPrediction::Box(const char* name, bool readOnly) {
-    auto* box = new QLineEdit(this);
-    box->setObjectName(QString::fromLatin1(name));
+    QLineEdit* box = NamedBox(name, readOnly, this);
     box->setMaximumWidth(110);
-    if (readOnly) {
-        box->setReadOnly(true);
-        box->setFocusPolicy(Qt::NoFocus);
-    } else {
-        InstallSelectAllOnFocus(box);
-    }
-    InstallEnterAsTab(box);
     return box;
 }
 

@@ -61,16 +61,8 @@ frmTestTune::frmTestTune(const shell::WindowContext& ctx, QWidget* parent)
 }
 
 QLineEdit* frmTestTune::Box(const char* name, bool result) {
-    auto* box = new QLineEdit(this);
-    box->setObjectName(QString::fromLatin1(name));
+    QLineEdit* box = NamedBox(name, result, this);
     box->setMaximumWidth(100);
-    if (result) {
-        box->setReadOnly(true);
-        box->setFocusPolicy(Qt::NoFocus);
-    } else {
-        InstallSelectAllOnFocus(box);
-    }
-    InstallEnterAsTab(box);
     return box;
 }
 
