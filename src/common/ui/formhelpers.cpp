@@ -476,6 +476,12 @@ QRadioButton* NamedOption(const char* name, const QString& text, QWidget* parent
     return o;
 }
 
+QLabel* BoxCaption(const QString& text, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    return label;
+}
+
 QLineEdit* NamedBox(const char* name, bool result, QWidget* parent) {
     auto* box = new QLineEdit(parent);
     box->setObjectName(QString::fromLatin1(name));

@@ -104,6 +104,8 @@ QObject* InstallSelectAllOnFocus(QLineEdit* edit);
 // of its own, since Enter moves between boxes.
 QPushButton* NamedButton(const char* name, const QString& text, QWidget* parent);
 QRadioButton* NamedOption(const char* name, const QString& text, QWidget* parent);
+// The caption before a box, right-aligned against it.
+QLabel* BoxCaption(const QString& text, QWidget* parent);
 // A calculator's box: an input selects its text on focus; a result is read-only and skipped by
 // Tab. Enter moves on in both.
 QLineEdit* NamedBox(const char* name, bool result, QWidget* parent);

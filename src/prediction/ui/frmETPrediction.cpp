@@ -52,12 +52,6 @@ int IndexOf(frmETPrediction::Program p) {
     return static_cast<int>(p);
 }
 
-QLabel* Caption(const QString& text, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    return label;
-}
-
 // The reason a program can't calculate, as the window first shows it.
 QLabel* ProgramReasonLabel(const char* name, QWidget* parent) {
     QLabel* label = ReasonLabel(name, parent);
@@ -184,7 +178,7 @@ void frmETPrediction::BuildLayout() {
     };
     const auto row = [](QGridLayout* g, int r, const QString& caption, QWidget* box,
                         QWidget* parent) {
-        g->addWidget(Caption(caption, parent), r, 0);
+        g->addWidget(BoxCaption(caption, parent), r, 0);
         g->addWidget(box, r, 1);
     };
 

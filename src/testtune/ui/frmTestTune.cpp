@@ -30,12 +30,6 @@ constexpr int kIt = 1;
 constexpr int kEhp = 2;
 constexpr int kEet = 3;
 
-QLabel* Caption(const QString& text, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    return label;
-}
-
 QGroupBox* OptionFrame(const char* name, const QString& caption, QRadioButton* first,
                        QRadioButton* second, QWidget* parent) {
     auto* frame = new QGroupBox(caption, parent);
@@ -102,7 +96,7 @@ void frmTestTune::BuildLayout() {
     };
     const auto row = [](QGridLayout* g, int r, int c, const QString& caption, QWidget* box,
                         QWidget* parent) {
-        QLabel* label = Caption(caption, parent);
+        QLabel* label = BoxCaption(caption, parent);
         g->addWidget(label, r, c);
         g->addWidget(box, r, c + 1);
         return label;

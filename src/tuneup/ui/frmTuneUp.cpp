@@ -72,12 +72,6 @@ void Put(QLineEdit* box, const QString& text) {
     }
 }
 
-QLabel* Caption(const QString& text, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    return label;
-}
-
 QLabel* MessageLabel(const char* name, QWidget* parent) {
     QLabel* label = ReasonLabel(name, parent);
     // Two lines hold the longest reason; the window keeps its size as messages come and go.
@@ -308,7 +302,7 @@ QGroupBox* frmTuneUp::BuildPanel(Panel panel, const char* name, const QString& c
     int r = 2;
     const auto row = [&](const QString& text, QWidget* oldBox, QWidget* newBox,
                          QWidget* message = nullptr) {
-        QLabel* label = Caption(text, frame);
+        QLabel* label = BoxCaption(text, frame);
         g->addWidget(label, r, 0);
         if (oldBox != nullptr) {
             g->addWidget(oldBox, r, 1);
