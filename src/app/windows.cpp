@@ -9,6 +9,7 @@
 #include "shell/ui/frmMain.h"
 #include "testtune/ui/frmTestTune.h"
 #include "tuneup/ui/frmTuneUp.h"
+#include "views/ui/frmFilter.h"
 #include "views/ui/frmView.h"
 #include "weather/ui/frmWeather.h"
 
@@ -76,6 +77,10 @@ void RegisterWindows(shell::frmMain& main) {
     main.RegisterWindow(tools::kTestTune,
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             return Owned(new testtune::frmTestTune(ctx, owner));
+                        });
+    main.RegisterWindow(tools::kFilter,
+                        [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
+                            return Owned(new views::frmFilter(ctx, owner));
                         });
     main.RegisterPrediction(
         [](const shell::WindowContext& ctx, QWidget* owner) -> shell::PredictionWindow* {
