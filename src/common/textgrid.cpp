@@ -2,9 +2,12 @@
 
 #include "common/forms.h"
 
+#include <QThreadPool>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <utility>
 
 namespace slipbook {
@@ -22,6 +25,20 @@ QStringView CellOf(QStringView row, int column) {
     }
     const qsizetype end = row.indexOf(TextGridModel::kSeparator, start);
     return row.sliced(start, (end < 0 ? row.size() : end) - start);
+}
+
+// Handing back the memory of a long list takes longer than showing the next one; a worker does
+// it while the new list is already on screen.
+void ReleaseRows(std::vector<QString>& rows) {
+    constexpr size_t kWorthAThread = 20000;
+    if (rows.size() < kWorthAThread) {
+        rows.clear();
+        rows.shrink_to_fit();
+        return;
+    }
+    auto held = std::make_shared<std::vector<QString>>(std::move(rows));
+    rows = {};
+    QThreadPool::globalInstance()->start([held] { held->clear(); });
 }
 
 bool IsBlankCell(QStringView cell) {
@@ -239,6 +256,7 @@ void TextGridModel::SetRows(std::vector<QString> rowTexts) {
     }
     beginResetModel();
     ForgetKeys();
+    ReleaseRows(rows_);
     rows_ = std::move(rowTexts);
     endResetModel();
 }
@@ -255,16 +273,14 @@ void TextGridModel::SetRows(const std::vector<QStringList>& rows) {
 void TextGridModel::RemoveAll() {
     beginResetModel();
     ForgetKeys();
-    rows_.clear();
-    rows_.shrink_to_fit();
+    ReleaseRows(rows_);
     endResetModel();
 }
 
 void TextGridModel::Clear() {
     beginResetModel();
     ForgetKeys();
-    rows_.clear();
-    rows_.shrink_to_fit();
+    ReleaseRows(rows_);
     columns_.clear();
     endResetModel();
 }

@@ -80,35 +80,50 @@ void RunColumns(store::Database& db, const ListContext& ctx, ListLayout& layout,
                                  QStringLiteral("sTable_nm"), ctx.viewId, messages)
                   .toString()
             : QString();
-    auto catalogue = db.OpenRecordset(
-        QStringLiteral("SELECT * FROM tblListViewColumns WHERE sView_id = 'ID_Runs'"),
-        store::RecordsetType::Snapshot);
+    // The catalogue read once, each column found by its id or its field name; the first row of
+    // either wins, as a search from the top would find it.
+    QHash<qint64, ListColumn> byId;
+    QHash<QString, qint64> idByName;
+    {
+        auto catalogue = db.OpenRecordset(
+            QStringLiteral("SELECT * FROM tblListViewColumns WHERE sView_id = 'ID_Runs'"),
+            store::RecordsetType::Snapshot);
+        for (; !catalogue->Eof(); catalogue->MoveNext()) {
+            const QVariant id = catalogue->Value(QStringLiteral("lLVC_id"));
+            if (!id.isValid() || byId.contains(id.toLongLong())) {
+                continue;
+            }
+            byId.insert(id.toLongLong(), FromCatalogue(*catalogue));
+            const QString name =
+                catalogue->Value(QStringLiteral("sFieldName")).toString().toLower();
+            if (!idByName.contains(name)) {
+                idByName.insert(name, id.toLongLong());
+            }
+        }
+    }
     // A view table that has gone lists the runs under the key alone rather than stopping the load.
     if (!table.isEmpty() && db.TableExists(table)) {
         auto view = db.OpenRecordset(
             QStringLiteral("SELECT * FROM %1 WHERE bVisible_fl ORDER BY lOrder ").arg(table),
             store::RecordsetType::Snapshot);
-        while (!view->Eof()) {
+        for (; !view->Eof(); view->MoveNext()) {
             const QVariant id = view->Value(QStringLiteral("lLVC_id"));
-            if (id.isValid()) {
-                catalogue->FindFirst(QStringLiteral("lLVC_id = ") +
-                                     QString::number(id.toLongLong()));
-                if (!catalogue->NoMatch()) {
-                    layout.columns.push_back(FromCatalogue(*catalogue));
-                }
+            if (!id.isValid()) {
+                continue;
             }
-            view->MoveNext();
+            if (const auto it = byId.constFind(id.toLongLong()); it != byId.constEnd()) {
+                layout.columns.push_back(*it);
+            }
         }
     }
     if (ctx.filterActive) {
         for (const char* name : {"lRun_num", "dtEvent_dt", "dtEvent_tm", "lEvent_id"}) {
-            if (HasColumn(layout, QString::fromLatin1(name))) {
+            const QString field = QString::fromLatin1(name);
+            if (HasColumn(layout, field)) {
                 continue;
             }
-            catalogue->FindFirst(
-                QStringLiteral("sFieldName = '%1'").arg(QString::fromLatin1(name)));
-            if (!catalogue->NoMatch()) {
-                layout.columns.push_back(FromCatalogue(*catalogue));
+            if (const auto it = idByName.constFind(field.toLower()); it != idByName.constEnd()) {
+                layout.columns.push_back(byId.value(*it));
             }
         }
     }
@@ -348,6 +363,9 @@ void RowBuilder::Bind(const store::Query& query) {
 namespace {
 
 constexpr qsizetype kCacheLimit = 20000;
+// After this many look-ups a cache that found fewer than half of them is dropped: searching a
+// large table of distinct values costs more than making the text again.
+constexpr int kCacheTrial = 4096;
 
 quint64 BitsOf(double v) {
     quint64 bits;
@@ -355,12 +373,21 @@ quint64 BitsOf(double v) {
     return bits;
 }
 
-template <class Key, class Make>
-const QString& Cached(QHash<Key, QString>& cache, const Key& key, Make make, QString& scratch) {
-    if (auto it = cache.constFind(key); it != cache.constEnd()) {
-        return it.value();
+template <class Cell, class Key, class Make>
+const QString& Cached(Cell& cell, QHash<Key, QString>& cache, const Key& key, Make make,
+                      QString& scratch) {
+    if (cell.caching) {
+        ++cell.probes;
+        if (auto it = cache.constFind(key); it != cache.constEnd()) {
+            ++cell.hits;
+            return it.value();
+        }
+        if (cell.probes >= kCacheTrial && cell.hits * 2 < cell.probes) {
+            cell.caching = false;
+            cache = {};
+        }
     }
-    if (cache.size() < kCacheLimit) {
+    if (cell.caching && cache.size() < kCacheLimit) {
         return *cache.insert(key, make());
     }
     scratch = make();
@@ -387,7 +414,7 @@ void RowBuilder::AppendCell(Cell& cell, const store::Query& query, QString& out)
             if (cell.columnKind == Kind::DateTime || cell.columnKind == Kind::Currency ||
                 storage == Storage::Blob) {
                 out += Cached(
-                    cell.byText, query.Text(cell.field),
+                    cell, cell.byText, query.Text(cell.field),
                     [&] {
                         return FormatValue(query.Value(cell.field),
                                            formatted ? cell.format : QString());
@@ -398,7 +425,7 @@ void RowBuilder::AppendCell(Cell& cell, const store::Query& query, QString& out)
             if (storage == Storage::Text) {
                 const QString text = query.Text(cell.field);
                 out += formatted ? Cached(
-                                       cell.byText, text,
+                                       cell, cell.byText, text,
                                        [&] { return FormatValue(text, cell.format); }, scratch)
                                  : text;
                 return;
@@ -417,7 +444,7 @@ void RowBuilder::AppendCell(Cell& cell, const store::Query& query, QString& out)
                 return;
             }
             out += Cached(
-                cell.byNumber, BitsOf(v),
+                cell, cell.byNumber, BitsOf(v),
                 [&] { return formatted ? cell.number->Apply(v) : PlainNumberText(v); }, scratch);
             return;
         }
@@ -464,8 +491,8 @@ QStringList RowBuilder::Build(const store::Query& query) {
 }
 
 QString RowBuilder::BuildText(const store::Query& query) {
-    QString row;
-    row.reserve(static_cast<qsizetype>(cells_.size()) * 8);
+    QString& row = row_;
+    row.resize(0);
     for (size_t i = 0; i < cells_.size(); ++i) {
         if (i > 0) {
             row += TextGridModel::kSeparator;
@@ -473,14 +500,15 @@ QString RowBuilder::BuildText(const store::Query& query) {
         const qsizetype at = row.size();
         AppendCell(cells_[i], query, row);
         // A tab inside a cell would split it.
+        QChar* const data = row.data();
         for (qsizetype k = at; k < row.size(); ++k) {
-            if (row[k] == TextGridModel::kSeparator) {
-                row[k] = u' ';
+            if (data[k] == TextGridModel::kSeparator) {
+                data[k] = u' ';
             }
         }
     }
-    row.squeeze();
-    return row;
+    // A copy of its own, exactly as long as the row.
+    return QString(row.constData(), row.size());
 }
 
 std::vector<GridColumn> ListLayout::GridColumns() const {

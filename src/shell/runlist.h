@@ -81,6 +81,10 @@ private:
         // Texts already made for a value: a list repeats its values a great deal.
         QHash<quint64, QString> byNumber;
         QHash<QString, QString> byText;
+        // How the cache has paid so far; a column whose values rarely repeat stops using it.
+        int probes = 0;
+        int hits = 0;
+        bool caching = true;
     };
     struct Lookup {
         QString table;
@@ -97,6 +101,7 @@ private:
     store::Database& db_;
     const ListLayout& layout_;
     std::vector<Cell> cells_;
+    QString row_;  // the row being made, keeping its room from one row to the next
     std::vector<std::unique_ptr<Lookup>> lookups_;
     QHash<QString, const QHash<QString, QString>*> lookupIndex_;
 };
