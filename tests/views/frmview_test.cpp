@@ -7,11 +7,16 @@
 #include "shell/ui/frmMain.h"
 #include "support/gui.h"
 
+#include <QApplication>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
+#include <QScopeGuard>
+#include <QTableWidget>
 #include <QTest>
+#include <QTimer>
 
 using namespace slipbook;
 using namespace slipbook::test;
@@ -49,6 +54,15 @@ struct ViewWindow : ::testing::Test {
         ASSERT_EQ(found.size(), 1) << text.toStdString();
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           list->visualItemRect(found.first()).center());
+    }
+    // The box a cell of the grid is being typed into.
+    static QLineEdit* CellEditor(QAbstractItemView* grid) {
+        for (auto* box : grid->viewport()->findChildren<QLineEdit*>()) {
+            if (box->isVisible()) {
+                return box;
+            }
+        }
+        return nullptr;
     }
     views::frmView* Open() {
         Press(main, "ID_ViewSetup");
@@ -151,6 +165,92 @@ TEST_F(ViewWindow, APassingColumnSetAsksToBeSavedAndADeletedViewLeavesTheSelecto
     Click(*w, "sscmdCancel");
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(gone.isNull());
+}
+
+TEST_F(ViewWindow, ACaptionEditedInTheCatalogueHeadsTheListAtOnce) {
+    views::frmView* w = Open();
+    ASSERT_NE(w, nullptr);
+    // The editor is modal: it is driven once it is up, as the racer would.
+    bool drove = false;
+    QTimer::singleShot(0, w, [&] {
+        QWidget* modal = QApplication::activeModalWidget();
+        // Whatever happens below, the editor goes, so that the test can't hang on it.
+        const auto closeAfter = qScopeGuard([modal] {
+            if (modal != nullptr && modal->isVisible()) {
+                modal->close();
+            }
+        });
+        ASSERT_NE(modal, nullptr);
+        ASSERT_EQ(modal->objectName(), QStringLiteral("frmEditFields"));
+        modal->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(modal));
+        auto* grid = Child<QTableWidget>(*modal, "ssdbgEditFields");
+        const auto found = grid->findItems(QStringLiteral("Run #"), Qt::MatchExactly);
+        ASSERT_EQ(found.size(), 1);
+        const int row = found.first()->row();
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                          grid->visualItemRect(found.first()).center());
+        QTest::keyClick(grid, Qt::Key_F2);
+        auto* box = CellEditor(grid);
+        ASSERT_NE(box, nullptr);
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(box, QStringLiteral("Run No"));
+        QTest::keyClick(box, Qt::Key_Return);
+        // The grid takes the text once the key is handled.
+        QCoreApplication::processEvents();
+        // Not yet written: the row is written when it is left.
+        EXPECT_TRUE(Headers().contains("Run #"));
+        QTest::keyClick(grid, row == 0 ? Qt::Key_Down : Qt::Key_Up);
+        EXPECT_TRUE(Headers().contains("Run No"));
+        EXPECT_FALSE(Headers().contains("Run #"));
+
+        // A width that is no whole number is refused, and the row keeps the focus.
+        const int widthRow = row;
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                          grid->visualItemRect(grid->item(widthRow, 4)).center());
+        QTest::keyClick(grid, Qt::Key_F2);
+        box = CellEditor(grid);
+        ASSERT_NE(box, nullptr);
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(box, QStringLiteral("wide"));
+        QTest::keyClick(box, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        const size_t before = messages.shown.size();
+        QTest::keyClick(grid, widthRow == 0 ? Qt::Key_Down : Qt::Key_Up);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(messages.shown.size(), before + 1);
+        EXPECT_EQ(grid->currentRow(), widthRow);
+        // Put right, it goes through with the window.
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                          grid->visualItemRect(grid->item(widthRow, 4)).center());
+        QTest::keyClick(grid, Qt::Key_F2);
+        box = CellEditor(grid);
+        ASSERT_NE(box, nullptr);
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(box, QStringLiteral("900"));
+        QTest::keyClick(box, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QTest::mouseClick(Child<QPushButton>(*modal, "sscmdOk"), Qt::LeftButton);
+        drove = true;
+    });
+    Click(*w, "SSCommand1");
+    EXPECT_TRUE(drove);
+    EXPECT_EQ(messages.shown.size(), 1U);
+    {
+        store::Query q = logbook.db().OpenQuery(
+            QStringLiteral("SELECT lColumnWidth FROM tblListViewColumns WHERE sColumnHeader = "
+                           "'Run No'"));
+        ASSERT_TRUE(q.Next());
+        EXPECT_EQ(q.Value(0).toInt(), 900);
+    }
+    Click(*w, "sscmdCancel");
+
+    // Every view heads its column with the catalogue's caption, not the one it was saved with.
+    QComboBox* selector = main.selector(tools::kViews);
+    for (const char* view : {"EIGHTH MILE", "PRO"}) {
+        Pick(selector, QString::fromLatin1(view));
+        EXPECT_TRUE(Headers().contains("Run No")) << view;
+    }
 }
 
 }  // namespace
