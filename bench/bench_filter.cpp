@@ -12,7 +12,6 @@
 #include "views/runfilter.h"
 #include "views/ui/frmFilter.h"
 
-#include <sqlite3.h>
 #include <QAbstractItemModel>
 #include <QAction>
 #include <QApplication>
@@ -29,38 +28,6 @@
 using namespace slipbook;
 
 namespace {
-
-// Every column of every row of the statement, as the engine gives them.
-double RawReadMs(store::Database& db, const QString& jetSql, int* rows) {
-    const QString sql = db.Translate(jetSql).sql;
-    QElapsedTimer t;
-    t.start();
-    sqlite3_stmt* stmt = db.Prepare(sql);
-    const int n = sqlite3_column_count(stmt);
-    *rows = 0;
-    qint64 sink = 0;
-    while (sqlite3_step(stmt) == SQLITE_ROW) {
-        for (int i = 0; i < n; ++i) {
-            switch (sqlite3_column_type(stmt, i)) {
-                case SQLITE_INTEGER:
-                    sink += sqlite3_column_int64(stmt, i);
-                    break;
-                case SQLITE_FLOAT:
-                    sink += static_cast<qint64>(sqlite3_column_double(stmt, i));
-                    break;
-                case SQLITE_TEXT:
-                    sink += sqlite3_column_bytes(stmt, i);
-                    break;
-                default:
-                    break;
-            }
-        }
-        ++*rows;
-    }
-    sqlite3_finalize(stmt);
-    const double ms = t.nsecsElapsed() / 1e6;
-    return sink == 42 ? ms + 0 : ms;
-}
 
 // A condition as the racer sets it in the window: the row of the caption, its operator and values.
 struct Condition {
@@ -200,10 +167,10 @@ int main(int argc, char** argv) {
             }
             shown = main.grid().RowCount();
             text = main.state().filter.text;
-            raw = std::min(raw, RawReadMs(db,
-                                          main.state().filter.sql +
-                                              QStringLiteral(" ORDER BY dtRun_dt, dtRun_tm"),
-                                          &rawRows));
+            raw = std::min(raw, bench::RawReadMs(db,
+                                                 main.state().filter.sql +
+                                                     QStringLiteral(" ORDER BY dtRun_dt, dtRun_tm"),
+                                                 &rawRows));
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         }
         const double ratio = apply / raw;

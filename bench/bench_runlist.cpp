@@ -7,7 +7,6 @@
 #include "shell/ui/frmMain.h"
 #include "store/database.h"
 
-#include <sqlite3.h>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -31,38 +30,6 @@ double PeakMb() {
         }
     }
     return -1;
-}
-
-// Reading every column of every row of the statement, as the engine gives them.
-double RawReadMs(store::Database& db, const QString& jetSql, int* rows) {
-    const QString sql = db.Translate(jetSql).sql;
-    QElapsedTimer t;
-    t.start();
-    sqlite3_stmt* stmt = db.Prepare(sql);
-    const int n = sqlite3_column_count(stmt);
-    *rows = 0;
-    qint64 sink = 0;
-    while (sqlite3_step(stmt) == SQLITE_ROW) {
-        for (int i = 0; i < n; ++i) {
-            switch (sqlite3_column_type(stmt, i)) {
-                case SQLITE_INTEGER:
-                    sink += sqlite3_column_int64(stmt, i);
-                    break;
-                case SQLITE_FLOAT:
-                    sink += static_cast<qint64>(sqlite3_column_double(stmt, i));
-                    break;
-                case SQLITE_TEXT:
-                    sink += sqlite3_column_bytes(stmt, i);
-                    break;
-                default:
-                    break;
-            }
-        }
-        ++*rows;
-    }
-    sqlite3_finalize(stmt);
-    const double ms = t.nsecsElapsed() / 1e6;
-    return sink == 42 ? ms + 0 : ms;
 }
 
 }  // namespace
@@ -122,7 +89,7 @@ int main(int argc, char** argv) {
     for (int round = 0; round < 3; ++round) {
         raw = std::min(
             raw,
-            RawReadMs(
+            bench::RawReadMs(
                 db,
                 QStringLiteral(
                     "SELECT tblRuns.* FROM tblRuns WHERE  lCar_id = 1 ORDER BY dtRun_dt, dtRun_tm"),

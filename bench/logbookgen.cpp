@@ -4,6 +4,7 @@
 
 #include <sqlite3.h>
 #include <QDate>
+#include <QElapsedTimer>
 #include <QFile>
 #include <algorithm>
 #include <random>
@@ -187,6 +188,37 @@ void GenerateLogbook(const QString& templatePath, const QString& outPath, int ru
     Exec(h, QStringLiteral("COMMIT"));
     Exec(h, QStringLiteral("ANALYZE"));
     db.Close();
+}
+
+double RawReadMs(store::Database& db, const QString& jetSql, int* rows) {
+    const QString sql = db.Translate(jetSql).sql;
+    QElapsedTimer t;
+    t.start();
+    sqlite3_stmt* stmt = db.Prepare(sql);
+    const int n = sqlite3_column_count(stmt);
+    *rows = 0;
+    qint64 sink = 0;
+    while (sqlite3_step(stmt) == SQLITE_ROW) {
+        for (int i = 0; i < n; ++i) {
+            switch (sqlite3_column_type(stmt, i)) {
+                case SQLITE_INTEGER:
+                    sink += sqlite3_column_int64(stmt, i);
+                    break;
+                case SQLITE_FLOAT:
+                    sink += static_cast<qint64>(sqlite3_column_double(stmt, i));
+                    break;
+                case SQLITE_TEXT:
+                    sink += sqlite3_column_bytes(stmt, i);
+                    break;
+                default:
+                    break;
+            }
+        }
+        ++*rows;
+    }
+    sqlite3_finalize(stmt);
+    const double ms = t.nsecsElapsed() / 1e6;
+    return sink == 42 ? ms + 0 : ms;
 }
 
 }  // namespace slipbook::bench

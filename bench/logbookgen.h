@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/messages.h"
+#include "store/database.h"
 
 #include <QString>
 #include <cstdio>
@@ -21,6 +22,10 @@ public:
         return m.defaultAnswer;
     }
 };
+
+// Reads every column of every row of the statement as the engine gives them, and returns the
+// milliseconds taken: what a list load is measured against.
+double RawReadMs(store::Database& db, const QString& jetSql, int* rows);
 
 // The template beside the built program.
 QString BuiltTemplatePath();
