@@ -1,0 +1,1 @@
+#include "garage/expenses.h"
