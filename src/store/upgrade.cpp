@@ -3,6 +3,7 @@
 #include "common/numbers.h"
 #include "store/dberror.h"
 #include "store/logbookcopy.h"
+#include "store/logbookfile.h"
 
 #include <QDir>
 
