@@ -210,8 +210,9 @@ void frmMain::RecordsChanged(const QString& table) {
         TrackLoad();
         SelectTrack(state_.track.id);
     } else if (table == u"tblCars") {
+        const qint64 current = state_.car.id;
         CarsLoad();
-        KeepCar(state_.car.id);
+        KeepCar(current);
     } else if (table == u"tblListViewColumns") {
         ViewsLoad();
         // The run list's headers are the catalogue's: the list is loaded anew to show them.
