@@ -1,10 +1,8 @@
-// The cars without a window: the delete with everything that belongs to a car, all or nothing,
-// and the one default car.
+// A car's delete without a window: everything that belongs to the car, all or nothing.
 
 #include "garage/cars.h"
 #include "store/dberror.h"
 #include "support/logbook.h"
-#include "support/scriptedmessages.h"
 
 #include <gtest/gtest.h>
 
@@ -50,70 +48,21 @@ struct Cars : ::testing::Test {
     test::TempLogbook logbook;
 };
 
-TEST_F(Cars, DeleteTakesEveryRowOfTheCarAndNoOtherCarsRows) {
+TEST_F(Cars, DeleteTakesEveryRowOfTheCarAtOnceOrNone) {
     AddCarWithRows(2);
     const QList<qint64> firstCar = Rows(1);
-    ASSERT_EQ(Rows(2), (QList<qint64>{1, 1, 1, 1, 1}));
-
-    const garage::CarRowsDeleted deleted = garage::DeleteCar(db(), 2);
-    EXPECT_EQ(deleted.runs, 1);
-    EXPECT_EQ(deleted.expenses, 1);
-    EXPECT_EQ(deleted.setupRuns, 1);
-    EXPECT_EQ(deleted.maintenance, 1);
-    EXPECT_EQ(Rows(2), (QList<qint64>{0, 0, 0, 0, 0}));
-    EXPECT_EQ(Rows(1), firstCar);
-}
-
-TEST_F(Cars, ADeleteThatFailsHalfWayLeavesEveryRow) {
-    AddCarWithRows(2);
-    // The runs go first; the expenses refuse.
+    // The runs go first; the expenses refuse: nothing goes.
     db().ExecRaw(
         QStringLiteral("CREATE TRIGGER keep BEFORE DELETE ON tblExpenses BEGIN "
                        "SELECT RAISE(ABORT, 'kept'); END"));
     EXPECT_THROW(garage::DeleteCar(db(), 2), store::DbError);
     EXPECT_EQ(Rows(2), (QList<qint64>{1, 1, 1, 1, 1}));
 
-    // The logbook takes the next delete as if nothing had happened.
     db().ExecRaw(QStringLiteral("DROP TRIGGER keep"));
-    garage::DeleteCar(db(), 2);
+    const garage::CarRowsDeleted deleted = garage::DeleteCar(db(), 2);
+    EXPECT_EQ(deleted.runs + deleted.expenses + deleted.setupRuns + deleted.maintenance, 4);
     EXPECT_EQ(Rows(2), (QList<qint64>{0, 0, 0, 0, 0}));
-}
-
-TEST_F(Cars, ACarWithRunsOrExpensesCannotBeDeletedNorOneOfAnEmptyTable) {
-    test::ScriptedMessages messages;
-    const DeleteRule rule = garage::CarDeleteRule();
-    EXPECT_TRUE(DeleteAllowed(db(), messages, rule, 1));
-    db().Execute(QStringLiteral("INSERT INTO tblExpenses (lCar_id, cExpense_amt) VALUES (1, 5)"));
-    EXPECT_FALSE(DeleteAllowed(db(), messages, rule, 1));
-    db().Execute(QStringLiteral("DELETE * FROM tblExpenses WHERE lCar_id = 1"));
-    db().Execute(QStringLiteral("INSERT INTO tblRuns (lEvent_id, lCar_id) VALUES (1, 1)"));
-    EXPECT_FALSE(DeleteAllowed(db(), messages, rule, 1));
-    db().Execute(QStringLiteral("DELETE * FROM tblRuns"));
-    db().Execute(QStringLiteral("DELETE * FROM tblCars"));
-    EXPECT_FALSE(DeleteAllowed(db(), messages, rule, 1));
-    EXPECT_TRUE(messages.shown.empty());
-}
-
-TEST_F(Cars, OneCarAtMostIsTheDefault) {
-    AddCarWithRows(2);
-    AddCarWithRows(3);
-    EXPECT_TRUE(garage::IsDefaultCar(db(), 1));
-    garage::WriteDefaultCar(db(), 3, true);
-    EXPECT_EQ(garage::IsDefaultCar(db(), 1), false);
-    EXPECT_TRUE(garage::IsDefaultCar(db(), 3));
-    store::Query flagged =
-        db().OpenQuery(QStringLiteral("SELECT COUNT(*) FROM tblCars WHERE bDefault_fl = True"));
-    ASSERT_TRUE(flagged.Next());
-    EXPECT_EQ(flagged.Value(0).toLongLong(), 1);
-
-    // Taken off one that isn't the default, nothing moves; off the default, none is left.
-    garage::WriteDefaultCar(db(), 2, false);
-    EXPECT_TRUE(garage::IsDefaultCar(db(), 3));
-    garage::WriteDefaultCar(db(), 3, false);
-    for (qint64 car : {1, 2, 3}) {
-        EXPECT_FALSE(garage::IsDefaultCar(db(), car)) << car;
-    }
-    EXPECT_FALSE(garage::IsDefaultCar(db(), 99));
+    EXPECT_EQ(Rows(1), firstCar);
 }
 
 }  // namespace
