@@ -16,10 +16,13 @@
 #include <gtest/gtest.h>
 #include <QAbstractButton>
 #include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -281,7 +284,7 @@ TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
 
     // The tools of windows still to come wait, and say so; every other tool says what it does,
     // in more words than its caption.
-    const QStringList later = {tools::kCars, tools::kExpenses};
+    const QStringList later = {tools::kExpenses};
     const QString notYet = QStringLiteral("Not available yet");
     QList<QAction*> tools;
     for (QMenu* menu : main.findChildren<QMenu*>()) {
@@ -381,6 +384,94 @@ TEST(Windows, PredictionWindowsAreOnePerCarAndFollowTheWeather) {
     for (QWidget* w : predictions()) {
         w->close();
     }
+}
+
+TEST(Windows, TheCarSelectorFollowsTheCarWindowAndItsSetupButtonsOpenTheirWindows) {
+    test::TempLogbook lb;
+    test::ScriptedMessages messages;
+    store::LogbookEvents notifier;
+    SystemClock clock;
+    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
+                        QStringLiteral("/nonexistent"));
+    app::RegisterWindows(main);
+    main.FormLoadStuff();
+    test::ShowActive(main);
+    QComboBox* cars = main.selector(tools::kCarList);
+    const auto entries = [cars] {
+        QStringList texts;
+        for (int i = 0; i < cars->count(); ++i) {
+            texts << cars->itemText(i);
+        }
+        return texts;
+    };
+    const auto defaults = [&lb] {
+        store::Query q = lb.db().OpenQuery(
+            QStringLiteral("SELECT group_concat(lCar_id) FROM tblCars WHERE bDefault_fl = True"));
+        return q.Next() ? q.Value(0).toString() : QString();
+    };
+
+    test::Press(main, "ID_Cars");
+    auto* w = main.findChild<QWidget*>(QStringLiteral("frmCar"));
+    ASSERT_NE(w, nullptr);
+    test::ShowActive(*w);
+    auto* list = w->findChild<QListWidget*>(QStringLiteral("lstCars"));
+    const auto entry = [list](const char* text) {
+        QListWidgetItem* item =
+            list->findItems(QString::fromLatin1(text), Qt::MatchExactly).value(0);
+        ASSERT_NE(item, nullptr) << text;
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(item).center());
+    };
+
+    // A new car is in the selector at once, the current car kept; picked there, it is current.
+    test::Press(*w, "ID_New");
+    test::Type(w->findChild<QLineEdit*>(QStringLiteral("txtCar_nm")), QStringLiteral("Blue Bird"));
+    test::Type(w->findChild<QLineEdit*>(QStringLiteral("txtCar_num")), QStringLiteral("427"));
+    test::Press(*w, "ID_Save");
+    EXPECT_EQ(entries(), (QStringList{"Blue Bird", "My Race Car"}));
+    EXPECT_EQ(cars->currentText(), QStringLiteral("My Race Car"));
+    EXPECT_EQ(main.state().car.id, 1);
+    test::Pick(cars, QStringLiteral("Blue Bird"));
+    const qint64 blueBird = main.state().car.id;
+    EXPECT_GT(blueBird, 1);
+    EXPECT_EQ(defaults(), QString::number(blueBird));
+
+    // The window makes another car the default; the selector stays on its car.
+    entry("My Race Car");
+    auto* isDefault = w->findChild<QCheckBox*>(QStringLiteral("chkDefault_fl"));
+    EXPECT_FALSE(isDefault->isChecked());
+    isDefault->setFocus();
+    QTest::keyClick(isDefault, Qt::Key_Space);
+    test::Press(*w, "ID_Save");
+    EXPECT_EQ(defaults(), QStringLiteral("1"));
+    EXPECT_EQ(cars->currentText(), QStringLiteral("Blue Bird"));
+    EXPECT_EQ(main.state().car.id, blueBird);
+
+    // The current car deleted, the default one takes its place.
+    entry("Blue Bird");
+    messages.answer(MsgAnswer::Yes);
+    test::Press(*w, "ID_Delete");
+    EXPECT_EQ(entries(), (QStringList{"My Race Car"}));
+    EXPECT_EQ(main.state().car.id, 1);
+
+    // The set-up buttons: the shared tune-up window in manual set-up, and the setup runs.
+    QTest::mouseClick(w->findChild<QPushButton*>(QStringLiteral("sscmdBaseSetup")), Qt::LeftButton);
+    auto* tuneUp = main.findChild<QWidget*>(QStringLiteral("frmTuneUp"));
+    ASSERT_NE(tuneUp, nullptr);
+    EXPECT_TRUE(tuneUp->isVisible());
+    EXPECT_EQ(tuneUp->windowTitle(), QStringLiteral("Car #1 (My Race Car) Tune-Up"));
+    EXPECT_TRUE(tuneUp->findChild<QCheckBox*>(QStringLiteral("chkHolleyManual"))->isChecked());
+    tuneUp->close();
+    EXPECT_EQ(main.lockCount(), 0);
+    QTest::mouseClick(w->findChild<QPushButton*>(QStringLiteral("sscmdTSSetup")), Qt::LeftButton);
+    auto* setup = main.findChild<QWidget*>(QStringLiteral("frmCarSetup"));
+    ASSERT_NE(setup, nullptr);
+    EXPECT_EQ(setup->windowTitle(), QStringLiteral("Throttle Stop Setup"));
+    setup->close();
+    // The delete question alone.
+    ASSERT_EQ(messages.shown.size(), 1u) << qPrintable(messages.last().text);
+    EXPECT_EQ(messages.last().title, QStringLiteral("Delete"));
+    w->close();
 }
 
 TEST(Windows, TestAndTuneIsOneWindowOnThePickedRun) {

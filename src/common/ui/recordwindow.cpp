@@ -579,6 +579,10 @@ bool RecordWindow::Save(const QString& toolId) {
         FieldsToRecord(*records_);
         records_->Update();
         written = true;
+        if (adding) {
+            records_->MoveLast();
+        }
+        AfterRecordWritten(records_->Value(IdColumn()).toLongLong());
         transaction.Commit();
     } catch (const std::exception& e) {
         store::IsDuplicate(store::AsDbError(e), records_.get(), messages_);
@@ -593,9 +597,6 @@ bool RecordWindow::Save(const QString& toolId) {
             }
         }
         return false;
-    }
-    if (adding) {
-        records_->MoveLast();
     }
     const qint64 id = records_->Value(IdColumn()).toLongLong();
     ListAfterSave(id, adding);

@@ -243,6 +243,9 @@ protected:
     virtual void RecordToFields(const store::Recordset& rs) = 0;
     // Puts the fields into the row being added or edited, in table order.
     virtual void FieldsToRecord(store::Recordset& rs) = 0;
+    // Runs inside the save's transaction once the record `id` is written: statements that must
+    // land with it or not at all.
+    virtual void AfterRecordWritten(qint64 /*id*/) {}
     virtual void ClearFields() = 0;
     virtual QWidget* NewFocusField() const { return nullptr; }
     virtual std::vector<ValidationStep> ValidationSteps() const { return {}; }
