@@ -33,7 +33,7 @@ frmExpense::frmExpense(const shell::WindowContext& ctx, QWidget* parent)
     SetToolTips(QStringLiteral("expense"));
     BuildFilters();
     BuildBody();
-    resize(960, 600);
+    resize(1120, 620);
     FormLoad(ctx.state.TakeNewRecordAsked());
 }
 
