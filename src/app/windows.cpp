@@ -3,6 +3,7 @@
 #include "common/tools.h"
 #include "garage/ui/frmCar.h"
 #include "garage/ui/frmEvent.h"
+#include "garage/ui/frmExpense.h"
 #include "garage/ui/frmMaintenance.h"
 #include "garage/ui/frmTrack.h"
 #include "prediction/ui/frmCarSetup.h"
@@ -66,6 +67,7 @@ void RegisterWindows(shell::frmMain& main) {
     main.RegisterWindow(tools::kCars, Record<garage::frmCar>);
     main.RegisterWindow(tools::kMaintenance, Record<garage::frmMaintenance>);
     main.RegisterShow(shell::windows::kMaintenanceAlert, ShowMaintenanceAlert);
+    main.RegisterWindow(tools::kExpenses, Record<garage::frmExpense>);
     main.RegisterWindow(tools::kWeather,
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             return Owned(new weather::frmWeather(ctx, {}, owner));

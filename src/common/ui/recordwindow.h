@@ -6,6 +6,7 @@
 #include "store/database.h"
 #include "store/logbookevents.h"
 
+#include <QDate>
 #include <QHash>
 #include <QList>
 #include <QPointer>
@@ -15,8 +16,10 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <vector>
 
+class QAbstractProxyModel;
 class QAction;
 class QComboBox;
 class QLineEdit;
@@ -29,7 +32,8 @@ class QVBoxLayout;
 
 namespace slipbook {
 class TextGridModel;
-}
+struct GridColumn;
+}  // namespace slipbook
 
 class QGridLayout;
 class QLabel;
@@ -230,6 +234,45 @@ protected:
     // Puts a stored note into a notes pane; a hint stored by an older logbook shows as none.
     static void SetNotes(QPlainTextEdit* notes, const QString& text);
 
+    // ---- A grid of records with filters in a tool bar of their own (maintenance, expenses).
+    // The filter bar, under the tool bar.
+    QToolBar* AddFilterBar(const QString& name);
+    struct FilterDates {
+        QLineEdit* from = nullptr;
+        QLineEdit* to = nullptr;
+    };
+    // "Show dates from" ... "to". A box left holding a date, or nothing, filters at once; one
+    // left holding neither says so and filters on no date.
+    FilterDates AddFilterDates(QToolBar* bar, const QString& fromTip, const QString& toTip);
+    // A labelled list of the filter bar; a pick filters at once.
+    QComboBox* AddFilterList(QToolBar* bar, const QString& id, const QString& label,
+                             const QString& tip);
+    // Fills a filter list: `allText` with id 0, then the rows of `sql`. The entry picked stays
+    // picked while it is there; else the list goes back to `allText`.
+    void FillFilterList(QComboBox* list, const QString& allText, const QString& sql,
+                        const QString& keyColumn, const QString& textColumn);
+    // A filter box's date, when it holds one.
+    static std::optional<QDate> FilterDate(const QLineEdit* box);
+    // The id of a filter list's entry; 0 (all) when none is picked.
+    static qint64 FilterId(const QComboBox* list);
+    struct RecordGrid {
+        QWidget* area = nullptr;  // the caption above the grid
+        QLabel* caption = nullptr;
+        QTableView* view = nullptr;
+        TextGridModel* model = nullptr;
+    };
+    // The grid of records (the first column the hidden id, one line selected at a time) under
+    // its caption; it becomes the window's record list. `proxy`, when given, stands between
+    // the rows and the view (colours).
+    RecordGrid MakeRecordGrid(QWidget* parent, const QString& name, const QString& caption,
+                              std::vector<GridColumn> columns, const std::vector<int>& widths,
+                              int stretchColumn, QAbstractProxyModel* proxy = nullptr);
+    // A filter changed: the grid reloads, and the shown record follows it.
+    virtual void FiltersChanged();
+    // After the grid reloaded: the shown record, if still listed, stays selected; else the
+    // first line is shown, unless edits are pending.
+    void FollowGrid();
+
     store::Recordset& records() const { return *records_; }
     bool HasCurrentRow() const;
 
@@ -294,6 +337,7 @@ private:
         QString message;
     };
     QHash<QObject*, LeaveCheck> leaveChecks_;
+    QList<QObject*> filterDates_;
 
     bool dataChanged_ = false;
     bool showMode_ = false;
