@@ -431,6 +431,31 @@ bool RecordWindow::SelectTypedEntry(QComboBox* combo) {
     return true;
 }
 
+bool RecordWindow::AddTypedEntry(QComboBox* combo, const QString& table,
+                                 const QString& nameColumn) {
+    if (SelectTypedEntry(combo)) {
+        return false;
+    }
+    const QString text = combo->currentText().trimmed();
+    if (SelectedIndex(combo) >= 0 || text.isEmpty()) {
+        return false;
+    }
+    if (messages_.ask(QStringLiteral("Add ") + text, QString(), MsgButtons::YesNo,
+                      MsgAnswer::Yes) != MsgAnswer::Yes) {
+        return false;
+    }
+    qint64 id = 0;
+    try {
+        id = NameAdd(db_, table, nameColumn, text);
+    } catch (const std::exception& e) {
+        store::ErrorReport(store::AsDbError(e), QString(), messages_);
+        return false;
+    }
+    combo->addItem(text, QVariant::fromValue(id));
+    SelectComboId(combo, id);
+    return true;
+}
+
 QLineEdit* RecordWindow::MakeDateBox(const QString& objectName, QWidget* parent) {
     auto* box = new QLineEdit(parent);
     box->setObjectName(objectName);

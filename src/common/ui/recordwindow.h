@@ -226,6 +226,9 @@ protected:
     static void SelectComboId(QComboBox* combo, const QVariant& id);
     // A typed text that names an entry (without case) selects it; true when it did.
     static bool SelectTypedEntry(QComboBox* combo);
+    // A typed text that names no entry: "Add <text>"; on Yes it becomes a row of the look-up
+    // table and the selected entry. True when it was added.
+    bool AddTypedEntry(QComboBox* combo, const QString& table, const QString& nameColumn);
     QWidget* Field(const QString& objectName) const;
     // A masked date box: "__/__/____" until filled. Its text, as read for saving and checks,
     // is what it shows, blanks included.

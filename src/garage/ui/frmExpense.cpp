@@ -264,27 +264,11 @@ void frmExpense::AmountReformat() {
 }
 
 void frmExpense::CategoryCheck() {
-    if (SelectTypedEntry(cboExpenseCategory_)) {
+    if (!AddTypedEntry(cboExpenseCategory_, QStringLiteral("tblExpenseCategory"),
+                       QStringLiteral("sExpenseCategory_nm"))) {
         return;
     }
-    const QString text = cboExpenseCategory_->currentText().trimmed();
-    if (SelectedIndex(cboExpenseCategory_) >= 0 || text.isEmpty()) {
-        return;
-    }
-    if (messages_.ask(QStringLiteral("Add ") + text, QString(), MsgButtons::YesNo,
-                      MsgAnswer::Yes) != MsgAnswer::Yes) {
-        return;
-    }
-    qint64 id = 0;
-    try {
-        id = NameAdd(db_, QStringLiteral("tblExpenseCategory"),
-                     QStringLiteral("sExpenseCategory_nm"), text);
-    } catch (const std::exception& e) {
-        store::ErrorReport(store::AsDbError(e), QString(), messages_);
-        return;
-    }
-    cboExpenseCategory_->addItem(text, QVariant::fromValue(id));
-    SelectComboId(cboExpenseCategory_, id);
+    // The new category can be filtered by at once.
     FillFilterList(efCategory_, QStringLiteral("<All Categories>"),
                    QStringLiteral("SELECT * from tblExpenseCategory ORDER BY sExpenseCategory_nm"),
                    QStringLiteral("lExpenseCategory_id"), QStringLiteral("sExpenseCategory_nm"));
