@@ -221,4 +221,21 @@ double RawReadMs(store::Database& db, const QString& jetSql, int* rows) {
     return sink == 42 ? ms + 0 : ms;
 }
 
+qint64 WidestShippedView(store::Database& db) {
+    qint64 widest = 0;
+    int most = -1;
+    store::Query q = db.OpenQuery(
+        QStringLiteral("SELECT lView_id, sTable_nm FROM tblViews WHERE bReadOnlyView_fl"));
+    while (q.Next()) {
+        store::Query c = db.OpenQuery(
+            QStringLiteral("SELECT COUNT(*) AS n FROM %1 WHERE bVisible_fl").arg(q.Text(1)));
+        c.Next();
+        if (c.Value(0).toInt() > most) {
+            most = c.Value(0).toInt();
+            widest = q.Value(0).toLongLong();
+        }
+    }
+    return widest;
+}
+
 }  // namespace slipbook::bench

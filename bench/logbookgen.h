@@ -27,6 +27,9 @@ public:
 // milliseconds taken: what a list load is measured against.
 double RawReadMs(store::Database& db, const QString& jetSql, int* rows);
 
+// The key of the shipped view that shows the most columns.
+qint64 WidestShippedView(store::Database& db);
+
 // The template beside the built program.
 QString BuiltTemplatePath();
 
