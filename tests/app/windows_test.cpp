@@ -30,11 +30,13 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTableView>
+
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
 #include <functional>
+#include <optional>
 #include <ostream>
 
 // Readable failure messages.
@@ -101,6 +103,26 @@ public:
 };
 
 }  // namespace
+
+// The program's main window over a logbook of its own, with every window registered.
+struct Program : ::testing::Test {
+    // The main window loaded over the logbook as the test has filled it, and shown.
+    shell::frmMain& Start(bool show = true) {
+        main.emplace(lb.db(), messages, notifier, clock, QString(), QStringLiteral("/nonexistent"));
+        app::RegisterWindows(*main);
+        main->FormLoadStuff();
+        if (show) {
+            test::ShowActive(*main);
+        }
+        return *main;
+    }
+
+    test::TempLogbook lb;
+    test::ScriptedMessages messages;
+    store::LogbookEvents notifier;
+    SystemClock clock;
+    std::optional<shell::frmMain> main;
+};
 
 TEST(Windows, SplashShowsVersionAndStatusAndAnyKeyClosesIt) {
     store::frmSplash splash;
@@ -272,15 +294,8 @@ TEST(Windows, AnErrorInAnEventHandlerIsReportedAndTheProgramGoesOn) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return ran; }, 1000));
 }
 
-TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
+TEST_F(Program, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
+    shell::frmMain& main = Start(false);
 
     // Every tool has its window now, and says what it does in more words than its caption.
     const QString notYet = QStringLiteral("Not available yet");
@@ -329,21 +344,13 @@ TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
     }
 }
 
-TEST(Windows, PredictionWindowsAreOnePerCarAndFollowTheWeather) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
+TEST_F(Program, PredictionWindowsAreOnePerCarAndFollowTheWeather) {
     lb.db().Execute(QStringLiteral(
         "INSERT INTO tblCars (lCar_id, sCar_nm, sCar_num) VALUES (2, 'Dragster', '22')"));
     lb.db().Execute(QStringLiteral(
         "INSERT INTO tblRuns (lCar_id, lRun_num, iCorrFactor_val, i14Mile_et) VALUES (1, 1, "
         "1.05, 11.5)"));
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
-    test::ShowActive(main);
+    shell::frmMain& main = Start();
     const auto predictions = [&main] {
         return main.findChildren<QWidget*>(QStringLiteral("frmETPrediction"));
     };
@@ -378,16 +385,8 @@ TEST(Windows, PredictionWindowsAreOnePerCarAndFollowTheWeather) {
     }
 }
 
-TEST(Windows, TheCarSelectorFollowsTheCarWindowAndItsSetupButtonsOpenTheirWindows) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
-    test::ShowActive(main);
+TEST_F(Program, TheCarSelectorFollowsTheCarWindowAndItsSetupButtonsOpenTheirWindows) {
+    shell::frmMain& main = Start();
     QComboBox* cars = main.selector(tools::kCarList);
     const auto entries = [cars] {
         QStringList texts;
@@ -396,7 +395,7 @@ TEST(Windows, TheCarSelectorFollowsTheCarWindowAndItsSetupButtonsOpenTheirWindow
         }
         return texts;
     };
-    const auto defaults = [&lb] {
+    const auto defaults = [this] {
         store::Query q = lb.db().OpenQuery(
             QStringLiteral("SELECT group_concat(lCar_id) FROM tblCars WHERE bDefault_fl = True"));
         return q.Next() ? q.Value(0).toString() : QString();
@@ -466,19 +465,11 @@ TEST(Windows, TheCarSelectorFollowsTheCarWindowAndItsSetupButtonsOpenTheirWindow
     w->close();
 }
 
-TEST(Windows, TestAndTuneIsOneWindowOnThePickedRun) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
+TEST_F(Program, TestAndTuneIsOneWindowOnThePickedRun) {
     lb.db().Execute(QStringLiteral(
         "INSERT INTO tblRuns (lCar_id, lRun_num, iCorrFactor_val, i14Mile_et, i14Mile_mph) VALUES "
         "(1, 1, 1.05, 10.00, 130)"));
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
-    test::ShowActive(main);
+    shell::frmMain& main = Start();
 
     test::Press(main, "ID_TestTune");
     auto* w = main.findChild<QWidget*>(QStringLiteral("frmTestTune"));
@@ -495,11 +486,7 @@ TEST(Windows, TestAndTuneIsOneWindowOnThePickedRun) {
     w->close();
 }
 
-TEST(Windows, TuneUpWindowsAreOnePerCarFollowTheWeatherAndTheRunWindowSharesOne) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
+TEST_F(Program, TuneUpWindowsAreOnePerCarFollowTheWeatherAndTheRunWindowSharesOne) {
     lb.db().Execute(
         QStringLiteral("UPDATE tblCars SET sBaseADR = '100', sBaseJet = '72' WHERE lCar_id = 1"));
     lb.db().Execute(QStringLiteral(
@@ -508,11 +495,7 @@ TEST(Windows, TuneUpWindowsAreOnePerCarFollowTheWeatherAndTheRunWindowSharesOne)
         "'0.2')"));
     lb.db().Execute(QStringLiteral(
         "INSERT INTO tblRuns (lCar_id, lRun_num, sBaseADR, sBaseJet) VALUES (1, 1, '97', '70')"));
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
-    test::ShowActive(main);
+    shell::frmMain& main = Start();
     const auto tuneUps = [&main] {
         return main.findChildren<QWidget*>(QStringLiteral("frmTuneUp"));
     };
@@ -554,22 +537,14 @@ TEST(Windows, TuneUpWindowsAreOnePerCarFollowTheWeatherAndTheRunWindowSharesOne)
     EXPECT_EQ(main.lockCount(), 0);
 }
 
-TEST(Windows, FilterNarrowsTheRunListAndItsToolAndTitleFollow) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
+TEST_F(Program, FilterNarrowsTheRunListAndItsToolAndTitleFollow) {
     for (const char* et : {"9.5", "10.5", "11.5"}) {
         lb.db().Execute(
             QStringLiteral("INSERT INTO tblRuns (lCar_id, lEvent_id, lRun_num, dtRun_dt, "
                            "i14Mile_et) VALUES (1, 1, 1, #07/04/2003#, %1)")
                 .arg(QLatin1String(et)));
     }
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
-    test::ShowActive(main);
+    shell::frmMain& main = Start();
     QAction* tool = main.tool(tools::kFilter);
     ASSERT_EQ(main.grid().RowCount(), 3);
 
