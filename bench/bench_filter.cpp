@@ -16,9 +16,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QPushButton>
 #include <QTableView>
 #include <cstdio>
@@ -77,13 +75,7 @@ int main(int argc, char** argv) {
     }
     QApplication app(argc, argv);
     const int runs = argc > 1 ? std::atoi(argv[1]) : 100000;
-    const QString dir =
-        QCoreApplication::applicationDirPath() + QStringLiteral("/filter-%1").arg(runs);
-    QDir().mkpath(dir);
-    const QString logbook = dir + QStringLiteral("/Slipbook.db");
-    if (!QFileInfo::exists(logbook)) {
-        bench::GenerateLogbook(bench::BuiltTemplatePath(), logbook, runs, 1, 1);
-    }
+    const QString logbook = bench::OneCarLogbook(QStringLiteral("filter"), runs);
     store::Database db;
     db.Open(logbook);
     bench::PrintedMessages messages;

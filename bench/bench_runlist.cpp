@@ -9,10 +9,8 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <cstdio>
 
 using namespace slipbook;
@@ -48,13 +46,7 @@ int main(int argc, char** argv) {
             runs = std::atoi(argv[i]);
         }
     }
-    const QString dir =
-        QCoreApplication::applicationDirPath() + QStringLiteral("/runlist-%1").arg(runs);
-    QDir().mkpath(dir);
-    const QString logbook = dir + QStringLiteral("/Slipbook.db");
-    if (!QFileInfo::exists(logbook)) {
-        bench::GenerateLogbook(bench::BuiltTemplatePath(), logbook, runs, 1, 1);
-    }
+    const QString logbook = bench::OneCarLogbook(QStringLiteral("runlist"), runs);
     store::Database db;
     db.Open(logbook);
     bench::PrintedMessages messages;

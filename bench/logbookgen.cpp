@@ -3,9 +3,12 @@
 #include "store/database.h"
 
 #include <sqlite3.h>
+#include <QCoreApplication>
 #include <QDate>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <algorithm>
 #include <random>
 #include <stdexcept>
@@ -236,6 +239,17 @@ qint64 WidestShippedView(store::Database& db) {
         }
     }
     return widest;
+}
+
+QString OneCarLogbook(const QString& name, int runs) {
+    const QString dir =
+        QCoreApplication::applicationDirPath() + QStringLiteral("/%1-%2").arg(name).arg(runs);
+    QDir().mkpath(dir);
+    const QString logbook = dir + QStringLiteral("/Slipbook.db");
+    if (!QFileInfo::exists(logbook)) {
+        GenerateLogbook(BuiltTemplatePath(), logbook, runs, 1, 1);
+    }
+    return logbook;
 }
 
 }  // namespace slipbook::bench
