@@ -16,9 +16,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QPushButton>
 #include <QTableView>
 #include <cstdio>
@@ -77,13 +75,7 @@ int main(int argc, char** argv) {
     }
     QApplication app(argc, argv);
     const int runs = argc > 1 ? std::atoi(argv[1]) : 100000;
-    const QString dir =
-        QCoreApplication::applicationDirPath() + QStringLiteral("/filter-%1").arg(runs);
-    QDir().mkpath(dir);
-    const QString logbook = dir + QStringLiteral("/Slipbook.db");
-    if (!QFileInfo::exists(logbook)) {
-        bench::GenerateLogbook(bench::BuiltTemplatePath(), logbook, runs, 1, 1);
-    }
+    const QString logbook = bench::OneCarLogbook(QStringLiteral("filter"), runs);
     store::Database db;
     db.Open(logbook);
     bench::PrintedMessages messages;
@@ -99,24 +91,8 @@ int main(int argc, char** argv) {
                         });
     main.FormLoadStuff();
 
-    // The widest shipped view.
-    QString widest;
-    int most = -1;
-    {
-        store::Query q = db.OpenQuery(
-            QStringLiteral("SELECT lView_id, sTable_nm FROM tblViews WHERE bReadOnlyView_fl"));
-        while (q.Next()) {
-            store::Query c = db.OpenQuery(
-                QStringLiteral("SELECT COUNT(*) AS n FROM %1 WHERE bVisible_fl").arg(q.Text(1)));
-            c.Next();
-            if (c.Value(0).toInt() > most) {
-                most = c.Value(0).toInt();
-                widest = q.Text(0);
-            }
-        }
-    }
     QComboBox* views = main.selector(QStringLiteral("ID_Views"));
-    views->setCurrentIndex(views->findData(QVariant::fromValue<qint64>(widest.toLongLong())));
+    views->setCurrentIndex(views->findData(QVariant::fromValue(bench::WidestShippedView(db))));
     main.ToolClick(tools::kRuns);
     std::printf("run list: %d rows x %d columns (view %s)\n", main.grid().RowCount(),
                 main.grid().ColumnCount(), qPrintable(views->currentText()));

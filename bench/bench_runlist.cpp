@@ -9,10 +9,8 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <cstdio>
 
 using namespace slipbook;
@@ -48,13 +46,7 @@ int main(int argc, char** argv) {
             runs = std::atoi(argv[i]);
         }
     }
-    const QString dir =
-        QCoreApplication::applicationDirPath() + QStringLiteral("/runlist-%1").arg(runs);
-    QDir().mkpath(dir);
-    const QString logbook = dir + QStringLiteral("/Slipbook.db");
-    if (!QFileInfo::exists(logbook)) {
-        bench::GenerateLogbook(bench::BuiltTemplatePath(), logbook, runs, 1, 1);
-    }
+    const QString logbook = bench::OneCarLogbook(QStringLiteral("runlist"), runs);
     store::Database db;
     db.Open(logbook);
     bench::PrintedMessages messages;
@@ -64,24 +56,8 @@ int main(int argc, char** argv) {
                         QCoreApplication::applicationDirPath());
     main.FormLoadStuff();
 
-    // The widest shipped view.
-    QString widest;
-    int most = -1;
-    {
-        store::Query q = db.OpenQuery(
-            QStringLiteral("SELECT lView_id, sTable_nm FROM tblViews WHERE bReadOnlyView_fl"));
-        while (q.Next()) {
-            store::Query c = db.OpenQuery(
-                QStringLiteral("SELECT COUNT(*) AS n FROM %1 WHERE bVisible_fl").arg(q.Text(1)));
-            c.Next();
-            if (c.Value(0).toInt() > most) {
-                most = c.Value(0).toInt();
-                widest = q.Text(0);
-            }
-        }
-    }
     QComboBox* views = main.selector(QStringLiteral("ID_Views"));
-    views->setCurrentIndex(views->findData(QVariant::fromValue<qint64>(widest.toLongLong())));
+    views->setCurrentIndex(views->findData(QVariant::fromValue(bench::WidestShippedView(db))));
 
     int rawRows = 0;
     double raw = 1e9;

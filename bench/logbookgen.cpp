@@ -3,9 +3,12 @@
 #include "store/database.h"
 
 #include <sqlite3.h>
+#include <QCoreApplication>
 #include <QDate>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <algorithm>
 #include <random>
 #include <stdexcept>
@@ -219,6 +222,34 @@ double RawReadMs(store::Database& db, const QString& jetSql, int* rows) {
     sqlite3_finalize(stmt);
     const double ms = t.nsecsElapsed() / 1e6;
     return sink == 42 ? ms + 0 : ms;
+}
+
+qint64 WidestShippedView(store::Database& db) {
+    qint64 widest = 0;
+    int most = -1;
+    store::Query q = db.OpenQuery(
+        QStringLiteral("SELECT lView_id, sTable_nm FROM tblViews WHERE bReadOnlyView_fl"));
+    while (q.Next()) {
+        store::Query c = db.OpenQuery(
+            QStringLiteral("SELECT COUNT(*) AS n FROM %1 WHERE bVisible_fl").arg(q.Text(1)));
+        c.Next();
+        if (c.Value(0).toInt() > most) {
+            most = c.Value(0).toInt();
+            widest = q.Value(0).toLongLong();
+        }
+    }
+    return widest;
+}
+
+QString OneCarLogbook(const QString& name, int runs) {
+    const QString dir =
+        QCoreApplication::applicationDirPath() + QStringLiteral("/%1-%2").arg(name).arg(runs);
+    QDir().mkpath(dir);
+    const QString logbook = dir + QStringLiteral("/Slipbook.db");
+    if (!QFileInfo::exists(logbook)) {
+        GenerateLogbook(BuiltTemplatePath(), logbook, runs, 1, 1);
+    }
+    return logbook;
 }
 
 }  // namespace slipbook::bench

@@ -27,6 +27,13 @@ public:
 // milliseconds taken: what a list load is measured against.
 double RawReadMs(store::Database& db, const QString& jetSql, int* rows);
 
+// A logbook of `runs` runs, all of car 1, kept beside the benchmark in a folder named after it
+// and the count, and made only when it is not there yet.
+QString OneCarLogbook(const QString& name, int runs);
+
+// The key of the shipped view that shows the most columns.
+qint64 WidestShippedView(store::Database& db);
+
 // The template beside the built program.
 QString BuiltTemplatePath();
 

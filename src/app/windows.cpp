@@ -1,9 +1,12 @@
 #include "app/windows.h"
 
 #include "common/tools.h"
+#include "garage/ui/frmCar.h"
 #include "garage/ui/frmEvent.h"
+#include "garage/ui/frmExpense.h"
 #include "garage/ui/frmMaintenance.h"
 #include "garage/ui/frmTrack.h"
+#include "prediction/ui/frmCarSetup.h"
 #include "prediction/ui/frmETPrediction.h"
 #include "run/ui/frmRun.h"
 #include "shell/ui/frmMain.h"
@@ -61,8 +64,10 @@ void RegisterWindows(shell::frmMain& main) {
     main.RegisterDelete(tools::kRuns, run::DeleteRunFromList);
     main.RegisterWindow(tools::kEvents, Record<garage::frmEvent>);
     main.RegisterWindow(tools::kTracks, Record<garage::frmTrack>);
+    main.RegisterWindow(tools::kCars, Record<garage::frmCar>);
     main.RegisterWindow(tools::kMaintenance, Record<garage::frmMaintenance>);
     main.RegisterShow(shell::windows::kMaintenanceAlert, ShowMaintenanceAlert);
+    main.RegisterWindow(tools::kExpenses, Record<garage::frmExpense>);
     main.RegisterWindow(tools::kWeather,
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             return Owned(new weather::frmWeather(ctx, {}, owner));
@@ -91,6 +96,15 @@ void RegisterWindows(shell::frmMain& main) {
             return new tuneup::frmTuneUp(ctx, owner);
         });
     main.RegisterShow(shell::windows::kRunTuneUp, tuneup::ShowRunTuneUp);
+    main.RegisterShow(shell::windows::kCarTuneUp, tuneup::ShowCarTuneUp);
+    main.RegisterShow(shell::windows::kCarSetupDA,
+                      [](const shell::WindowContext& ctx, QWidget* owner, qint64 carId) {
+                          return prediction::ShowCarSetup(ctx, owner, carId, QStringLiteral("DA"));
+                      });
+    main.RegisterShow(shell::windows::kCarSetupTS,
+                      [](const shell::WindowContext& ctx, QWidget* owner, qint64 carId) {
+                          return prediction::ShowCarSetup(ctx, owner, carId, QStringLiteral("TS"));
+                      });
 }
 
 }  // namespace slipbook::app

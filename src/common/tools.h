@@ -109,11 +109,13 @@ inline constexpr ToolId kTrackList = u"ID_TrackList";
 inline constexpr ToolId kTracksLabel = u"ID_TracksLabel";
 inline constexpr ToolId kViews = u"ID_Views";
 
-// ---- The maintenance window's filter tools.
+// ---- The filter tools of the maintenance and expense windows.
 inline constexpr ToolId kEfCar = u"ID_efCar";
 inline constexpr ToolId kEfStatus = u"ID_efStatus";
 inline constexpr ToolId kEfDateFrom = u"ID_efDateFrom";
 inline constexpr ToolId kEfDateTo = u"ID_efDateTo";
+inline constexpr ToolId kEfCategory = u"ID_efCategory";
+inline constexpr ToolId kEfEvent = u"ID_efEvent";
 
 // The keys of the platform's standard bindings a tool may take (Core has no key sequences;
 // the windows turn these into them).

@@ -14,6 +14,11 @@ namespace windows {
 inline constexpr QStringView kMaintenanceAlert = u"MaintenanceAlert";
 // The tune-up window on a saved run.
 inline constexpr QStringView kRunTuneUp = u"RunTuneUp";
+// The tune-up window on a car's saved tune-up, in manual set-up.
+inline constexpr QStringView kCarTuneUp = u"CarTuneUp";
+// A car's setup runs of the density altitude and of the throttle stop program.
+inline constexpr QStringView kCarSetupDA = u"CarSetupDA";
+inline constexpr QStringView kCarSetupTS = u"CarSetupTS";
 }  // namespace windows
 
 // The weather window as the program windows read it: the text of a box by its name.

@@ -16,10 +16,13 @@
 #include <gtest/gtest.h>
 #include <QAbstractButton>
 #include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -27,11 +30,13 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTableView>
+
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
 #include <functional>
+#include <optional>
 #include <ostream>
 
 // Readable failure messages.
@@ -98,6 +103,26 @@ public:
 };
 
 }  // namespace
+
+// The program's main window over a logbook of its own, with every window registered.
+struct Program : ::testing::Test {
+    // The main window loaded over the logbook as the test has filled it, and shown.
+    shell::frmMain& Start(bool show = true) {
+        main.emplace(lb.db(), messages, notifier, clock, QString(), QStringLiteral("/nonexistent"));
+        app::RegisterWindows(*main);
+        main->FormLoadStuff();
+        if (show) {
+            test::ShowActive(*main);
+        }
+        return *main;
+    }
+
+    test::TempLogbook lb;
+    test::ScriptedMessages messages;
+    store::LogbookEvents notifier;
+    SystemClock clock;
+    std::optional<shell::frmMain> main;
+};
 
 TEST(Windows, SplashShowsVersionAndStatusAndAnyKeyClosesIt) {
     store::frmSplash splash;
@@ -269,19 +294,10 @@ TEST(Windows, AnErrorInAnEventHandlerIsReportedAndTheProgramGoesOn) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return ran; }, 1000));
 }
 
-TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
+TEST_F(Program, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
+    shell::frmMain& main = Start(false);
 
-    // The tools of windows still to come wait, and say so; every other tool says what it does,
-    // in more words than its caption.
-    const QStringList later = {tools::kCars, tools::kExpenses};
+    // Every tool has its window now, and says what it does in more words than its caption.
     const QString notYet = QStringLiteral("Not available yet");
     QList<QAction*> tools;
     for (QMenu* menu : main.findChildren<QMenu*>()) {
@@ -298,16 +314,10 @@ TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
         }
         const QString id = a->objectName();
         ++checked;
-        if (later.contains(id)) {
-            EXPECT_FALSE(a->isEnabled()) << qPrintable(id);
-            EXPECT_EQ(a->toolTip(), notYet) << qPrintable(id);
-            EXPECT_EQ(a->statusTip(), notYet) << qPrintable(id);
-        } else {
-            EXPECT_NE(a->toolTip(), notYet) << qPrintable(id);
-            EXPECT_NE(a->statusTip(), notYet) << qPrintable(id);
-            EXPECT_NE(a->toolTip(), a->text().remove(u'&')) << qPrintable(id);
-            EXPECT_EQ(a->statusTip(), a->toolTip()) << qPrintable(id);
-        }
+        EXPECT_NE(a->toolTip(), notYet) << qPrintable(id);
+        EXPECT_NE(a->statusTip(), notYet) << qPrintable(id);
+        EXPECT_NE(a->toolTip(), a->text().remove(u'&')) << qPrintable(id);
+        EXPECT_EQ(a->statusTip(), a->toolTip()) << qPrintable(id);
     }
     EXPECT_GT(checked, 30);
 
@@ -334,21 +344,13 @@ TEST(Windows, MainWindowToolsSayWhatTheyDoAndMenusHaveDistinctMnemonics) {
     }
 }
 
-TEST(Windows, PredictionWindowsAreOnePerCarAndFollowTheWeather) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
+TEST_F(Program, PredictionWindowsAreOnePerCarAndFollowTheWeather) {
     lb.db().Execute(QStringLiteral(
         "INSERT INTO tblCars (lCar_id, sCar_nm, sCar_num) VALUES (2, 'Dragster', '22')"));
     lb.db().Execute(QStringLiteral(
         "INSERT INTO tblRuns (lCar_id, lRun_num, iCorrFactor_val, i14Mile_et) VALUES (1, 1, "
         "1.05, 11.5)"));
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
-    test::ShowActive(main);
+    shell::frmMain& main = Start();
     const auto predictions = [&main] {
         return main.findChildren<QWidget*>(QStringLiteral("frmETPrediction"));
     };
@@ -383,19 +385,91 @@ TEST(Windows, PredictionWindowsAreOnePerCarAndFollowTheWeather) {
     }
 }
 
-TEST(Windows, TestAndTuneIsOneWindowOnThePickedRun) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
+TEST_F(Program, TheCarSelectorFollowsTheCarWindowAndItsSetupButtonsOpenTheirWindows) {
+    shell::frmMain& main = Start();
+    QComboBox* cars = main.selector(tools::kCarList);
+    const auto entries = [cars] {
+        QStringList texts;
+        for (int i = 0; i < cars->count(); ++i) {
+            texts << cars->itemText(i);
+        }
+        return texts;
+    };
+    const auto defaults = [this] {
+        store::Query q = lb.db().OpenQuery(
+            QStringLiteral("SELECT group_concat(lCar_id) FROM tblCars WHERE bDefault_fl = True"));
+        return q.Next() ? q.Value(0).toString() : QString();
+    };
+
+    test::Press(main, "ID_Cars");
+    auto* w = main.findChild<QWidget*>(QStringLiteral("frmCar"));
+    ASSERT_NE(w, nullptr);
+    test::ShowActive(*w);
+    auto* list = w->findChild<QListWidget*>(QStringLiteral("lstCars"));
+    const auto entry = [list](const char* text) {
+        QListWidgetItem* item =
+            list->findItems(QString::fromLatin1(text), Qt::MatchExactly).value(0);
+        ASSERT_NE(item, nullptr) << text;
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(item).center());
+    };
+
+    // A new car is in the selector at once, the current car kept; picked there, it is current.
+    test::Press(*w, "ID_New");
+    test::Type(w->findChild<QLineEdit*>(QStringLiteral("txtCar_nm")), QStringLiteral("Blue Bird"));
+    test::Type(w->findChild<QLineEdit*>(QStringLiteral("txtCar_num")), QStringLiteral("427"));
+    test::Press(*w, "ID_Save");
+    EXPECT_EQ(entries(), (QStringList{"Blue Bird", "My Race Car"}));
+    EXPECT_EQ(cars->currentText(), QStringLiteral("My Race Car"));
+    EXPECT_EQ(main.state().car.id, 1);
+    test::Pick(cars, QStringLiteral("Blue Bird"));
+    const qint64 blueBird = main.state().car.id;
+    EXPECT_GT(blueBird, 1);
+    EXPECT_EQ(defaults(), QString::number(blueBird));
+
+    // The window makes another car the default; the selector stays on its car.
+    entry("My Race Car");
+    auto* isDefault = w->findChild<QCheckBox*>(QStringLiteral("chkDefault_fl"));
+    EXPECT_FALSE(isDefault->isChecked());
+    isDefault->setFocus();
+    QTest::keyClick(isDefault, Qt::Key_Space);
+    test::Press(*w, "ID_Save");
+    EXPECT_EQ(defaults(), QStringLiteral("1"));
+    EXPECT_EQ(cars->currentText(), QStringLiteral("Blue Bird"));
+    EXPECT_EQ(main.state().car.id, blueBird);
+
+    // The current car deleted, the default one takes its place.
+    entry("Blue Bird");
+    messages.answer(MsgAnswer::Yes);
+    test::Press(*w, "ID_Delete");
+    EXPECT_EQ(entries(), (QStringList{"My Race Car"}));
+    EXPECT_EQ(main.state().car.id, 1);
+
+    // The set-up buttons: the shared tune-up window in manual set-up, and the setup runs.
+    QTest::mouseClick(w->findChild<QPushButton*>(QStringLiteral("sscmdBaseSetup")), Qt::LeftButton);
+    auto* tuneUp = main.findChild<QWidget*>(QStringLiteral("frmTuneUp"));
+    ASSERT_NE(tuneUp, nullptr);
+    EXPECT_TRUE(tuneUp->isVisible());
+    EXPECT_EQ(tuneUp->windowTitle(), QStringLiteral("Car #1 (My Race Car) Tune-Up"));
+    EXPECT_TRUE(tuneUp->findChild<QCheckBox*>(QStringLiteral("chkHolleyManual"))->isChecked());
+    tuneUp->close();
+    EXPECT_EQ(main.lockCount(), 0);
+    QTest::mouseClick(w->findChild<QPushButton*>(QStringLiteral("sscmdTSSetup")), Qt::LeftButton);
+    auto* setup = main.findChild<QWidget*>(QStringLiteral("frmCarSetup"));
+    ASSERT_NE(setup, nullptr);
+    EXPECT_EQ(setup->windowTitle(), QStringLiteral("Throttle Stop Setup"));
+    setup->close();
+    // The delete question alone.
+    ASSERT_EQ(messages.shown.size(), 1u) << qPrintable(messages.last().text);
+    EXPECT_EQ(messages.last().title, QStringLiteral("Delete"));
+    w->close();
+}
+
+TEST_F(Program, TestAndTuneIsOneWindowOnThePickedRun) {
     lb.db().Execute(QStringLiteral(
         "INSERT INTO tblRuns (lCar_id, lRun_num, iCorrFactor_val, i14Mile_et, i14Mile_mph) VALUES "
         "(1, 1, 1.05, 10.00, 130)"));
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
-    test::ShowActive(main);
+    shell::frmMain& main = Start();
 
     test::Press(main, "ID_TestTune");
     auto* w = main.findChild<QWidget*>(QStringLiteral("frmTestTune"));
@@ -412,11 +486,7 @@ TEST(Windows, TestAndTuneIsOneWindowOnThePickedRun) {
     w->close();
 }
 
-TEST(Windows, TuneUpWindowsAreOnePerCarFollowTheWeatherAndTheRunWindowSharesOne) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
+TEST_F(Program, TuneUpWindowsAreOnePerCarFollowTheWeatherAndTheRunWindowSharesOne) {
     lb.db().Execute(
         QStringLiteral("UPDATE tblCars SET sBaseADR = '100', sBaseJet = '72' WHERE lCar_id = 1"));
     lb.db().Execute(QStringLiteral(
@@ -425,11 +495,7 @@ TEST(Windows, TuneUpWindowsAreOnePerCarFollowTheWeatherAndTheRunWindowSharesOne)
         "'0.2')"));
     lb.db().Execute(QStringLiteral(
         "INSERT INTO tblRuns (lCar_id, lRun_num, sBaseADR, sBaseJet) VALUES (1, 1, '97', '70')"));
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
-    test::ShowActive(main);
+    shell::frmMain& main = Start();
     const auto tuneUps = [&main] {
         return main.findChildren<QWidget*>(QStringLiteral("frmTuneUp"));
     };
@@ -471,22 +537,14 @@ TEST(Windows, TuneUpWindowsAreOnePerCarFollowTheWeatherAndTheRunWindowSharesOne)
     EXPECT_EQ(main.lockCount(), 0);
 }
 
-TEST(Windows, FilterNarrowsTheRunListAndItsToolAndTitleFollow) {
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
+TEST_F(Program, FilterNarrowsTheRunListAndItsToolAndTitleFollow) {
     for (const char* et : {"9.5", "10.5", "11.5"}) {
         lb.db().Execute(
             QStringLiteral("INSERT INTO tblRuns (lCar_id, lEvent_id, lRun_num, dtRun_dt, "
                            "i14Mile_et) VALUES (1, 1, 1, #07/04/2003#, %1)")
                 .arg(QLatin1String(et)));
     }
-    shell::frmMain main(lb.db(), messages, notifier, clock, QString(),
-                        QStringLiteral("/nonexistent"));
-    app::RegisterWindows(main);
-    main.FormLoadStuff();
-    test::ShowActive(main);
+    shell::frmMain& main = Start();
     QAction* tool = main.tool(tools::kFilter);
     ASSERT_EQ(main.grid().RowCount(), 3);
 

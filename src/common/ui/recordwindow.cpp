@@ -10,12 +10,14 @@
 #include "store/recordset.h"
 
 #include <QAbstractButton>
+#include <QAbstractProxyModel>
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QGridLayout>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -27,6 +29,7 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QScrollArea>
+#include <QSignalBlocker>
 #include <QSplitter>
 #include <QTableView>
 #include <QToolBar>
@@ -428,6 +431,31 @@ bool RecordWindow::SelectTypedEntry(QComboBox* combo) {
     return true;
 }
 
+bool RecordWindow::AddTypedEntry(QComboBox* combo, const QString& table,
+                                 const QString& nameColumn) {
+    if (SelectTypedEntry(combo)) {
+        return false;
+    }
+    const QString text = combo->currentText().trimmed();
+    if (SelectedIndex(combo) >= 0 || text.isEmpty()) {
+        return false;
+    }
+    if (messages_.ask(QStringLiteral("Add ") + text, QString(), MsgButtons::YesNo,
+                      MsgAnswer::Yes) != MsgAnswer::Yes) {
+        return false;
+    }
+    qint64 id = 0;
+    try {
+        id = NameAdd(db_, table, nameColumn, text);
+    } catch (const std::exception& e) {
+        store::ErrorReport(store::AsDbError(e), QString(), messages_);
+        return false;
+    }
+    combo->addItem(text, QVariant::fromValue(id));
+    SelectComboId(combo, id);
+    return true;
+}
+
 QLineEdit* RecordWindow::MakeDateBox(const QString& objectName, QWidget* parent) {
     auto* box = new QLineEdit(parent);
     box->setObjectName(objectName);
@@ -442,6 +470,134 @@ QString RecordWindow::MaskText(const QLineEdit* box) {
 
 void RecordWindow::SetNotes(QPlainTextEdit* notes, const QString& text) {
     notes->setPlainText(IsNotesHint(text) ? QString() : text);
+}
+
+QToolBar* RecordWindow::AddFilterBar(const QString& name) {
+    auto* bar = new QToolBar(this);
+    bar->setObjectName(name);
+    AddToolBarRow(bar);
+    return bar;
+}
+
+RecordWindow::FilterDates RecordWindow::AddFilterDates(QToolBar* bar, const QString& fromTip,
+                                                       const QString& toTip) {
+    FilterDates dates{MakeDateBox(tools::kEfDateFrom, bar), MakeDateBox(tools::kEfDateTo, bar)};
+    // A filter date that is no date filters nothing; the racer is told so.
+    CheckOnLeave(dates.from, kDateMaskEmpty,
+                 QStringLiteral("Invalid From Date, Use MM/DD/YYYY Format"));
+    CheckOnLeave(dates.to, kDateMaskEmpty,
+                 QStringLiteral("Invalid To Date, Use MM/DD/YYYY Format"));
+    dates.from->setToolTip(fromTip);
+    dates.to->setToolTip(toTip);
+    bar->addWidget(new QLabel(QStringLiteral("Show dates from "), bar));
+    bar->addWidget(dates.from);
+    bar->addWidget(new QLabel(QStringLiteral(" to "), bar));
+    bar->addWidget(dates.to);
+    for (QLineEdit* date : {dates.from, dates.to}) {
+        InstallEnterAsTab(date);
+        InstallSelectAllOnFocus(date);
+        filterDates_ << date;
+    }
+    return dates;
+}
+
+QComboBox* RecordWindow::AddFilterList(QToolBar* bar, const QString& id, const QString& label,
+                                       const QString& tip) {
+    auto* list = new QComboBox(bar);
+    list->setObjectName(id);
+    list->setMinimumContentsLength(14);
+    list->setToolTip(tip);
+    bar->addSeparator();
+    auto* caption = new QLabel(label + u' ', bar);
+    caption->setBuddy(list);
+    bar->addWidget(caption);
+    bar->addWidget(list);
+    connect(list, &QComboBox::currentIndexChanged, this, [this] { FiltersChanged(); });
+    return list;
+}
+
+void RecordWindow::FillFilterList(QComboBox* list, const QString& allText, const QString& sql,
+                                  const QString& keyColumn, const QString& textColumn) {
+    const QSignalBlocker block(list);
+    const qint64 picked = FilterId(list);
+    list->clear();
+    list->addItem(allText, QVariant::fromValue(qint64{0}));
+    store::Query rows = db_.OpenQuery(sql);
+    const int key = rows.FieldIndex(keyColumn);
+    const int text = rows.FieldIndex(textColumn);
+    while (rows.Next()) {
+        list->addItem(rows.Value(text).toString(), rows.Value(key).toLongLong());
+    }
+    list->setCurrentIndex(std::max(0, ListFindData(list, picked)));
+}
+
+std::optional<QDate> RecordWindow::FilterDate(const QLineEdit* box) {
+    if (const auto date = DateValue(MaskText(box))) {
+        return date->date();
+    }
+    return std::nullopt;
+}
+
+qint64 RecordWindow::FilterId(const QComboBox* list) {
+    const int index = list->currentIndex();
+    return index >= 0 ? list->itemData(index).toLongLong() : 0;
+}
+
+RecordWindow::RecordGrid RecordWindow::MakeRecordGrid(
+    QWidget* parent, const QString& name, const QString& caption, std::vector<GridColumn> columns,
+    const std::vector<int>& widths, int stretchColumn, QAbstractProxyModel* proxy) {
+    RecordGrid grid;
+    grid.area = new QWidget(parent);
+    auto* layout = new QVBoxLayout(grid.area);
+    layout->setContentsMargins(4, 4, 4, 0);
+    grid.caption = new QLabel(caption, grid.area);
+    grid.caption->setObjectName(QStringLiteral("lblGridCaption"));
+    grid.caption->setAlignment(Qt::AlignCenter);
+    grid.caption->setAutoFillBackground(true);
+    grid.caption->setBackgroundRole(QPalette::Mid);
+    grid.view = new QTableView(grid.area);
+    grid.view->setObjectName(name);
+    grid.model = new TextGridModel(this);
+    columns.front().visible = false;
+    grid.model->SetColumns(std::move(columns));
+    if (proxy != nullptr) {
+        proxy->setSourceModel(grid.model);
+        grid.view->setModel(proxy);
+    } else {
+        grid.view->setModel(grid.model);
+    }
+    grid.view->setColumnHidden(0, true);
+    grid.view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid.view->setSelectionMode(QAbstractItemView::SingleSelection);
+    grid.view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grid.view->verticalHeader()->hide();
+    grid.view->verticalHeader()->setDefaultSectionSize(grid.view->fontMetrics().height() + 6);
+    QHeaderView* header = grid.view->horizontalHeader();
+    const int count = std::min(grid.model->ColumnCount(), static_cast<int>(widths.size()));
+    for (int c = 1; c < count; ++c) {
+        // A caption is never cut short.
+        const int least =
+            header->fontMetrics().horizontalAdvance(grid.model->Column(c).caption) + 24;
+        grid.view->setColumnWidth(c, std::max(widths[c], least));
+    }
+    header->setSectionResizeMode(stretchColumn, QHeaderView::Stretch);
+    layout->addWidget(grid.caption);
+    layout->addWidget(grid.view, 1);
+    SetRecordList(std::make_unique<GridRecords>(grid.view, grid.model));
+    return grid;
+}
+
+void RecordWindow::FiltersChanged() {
+    FillRecordList();
+    FollowGrid();
+}
+
+void RecordWindow::FollowGrid() {
+    if (!list_ || recordAdd_ || dataChanged_ || list_->findId(CurrentRecordId()) >= 0 ||
+        list_->count() == 0) {
+        return;
+    }
+    ShowRecordId(list_->idAt(0));
 }
 
 QWidget* RecordWindow::Field(const QString& objectName) const {
@@ -579,6 +735,10 @@ bool RecordWindow::Save(const QString& toolId) {
         FieldsToRecord(*records_);
         records_->Update();
         written = true;
+        if (adding) {
+            records_->MoveLast();
+        }
+        AfterRecordWritten(records_->Value(IdColumn()).toLongLong());
         transaction.Commit();
     } catch (const std::exception& e) {
         store::IsDuplicate(store::AsDbError(e), records_.get(), messages_);
@@ -593,9 +753,6 @@ bool RecordWindow::Save(const QString& toolId) {
             }
         }
         return false;
-    }
-    if (adding) {
-        records_->MoveLast();
     }
     const qint64 id = records_->Value(IdColumn()).toLongLong();
     ListAfterSave(id, adding);
@@ -839,6 +996,9 @@ bool RecordWindow::eventFilter(QObject* watched, QEvent* event) {
             ComboAutoComplete(combo, static_cast<QKeyEvent*>(event)->key());
         }
     } else {
+        if (filterDates_.contains(watched) && IsFieldExit(event)) {
+            FiltersChanged();
+        }
         LeftWithBadValue(watched, event);
     }
     return QWidget::eventFilter(watched, event);

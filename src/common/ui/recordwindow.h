@@ -6,6 +6,7 @@
 #include "store/database.h"
 #include "store/logbookevents.h"
 
+#include <QDate>
 #include <QHash>
 #include <QList>
 #include <QPointer>
@@ -15,8 +16,10 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <vector>
 
+class QAbstractProxyModel;
 class QAction;
 class QComboBox;
 class QLineEdit;
@@ -29,7 +32,8 @@ class QVBoxLayout;
 
 namespace slipbook {
 class TextGridModel;
-}
+struct GridColumn;
+}  // namespace slipbook
 
 class QGridLayout;
 class QLabel;
@@ -222,6 +226,9 @@ protected:
     static void SelectComboId(QComboBox* combo, const QVariant& id);
     // A typed text that names an entry (without case) selects it; true when it did.
     static bool SelectTypedEntry(QComboBox* combo);
+    // A typed text that names no entry: "Add <text>"; on Yes it becomes a row of the look-up
+    // table and the selected entry. True when it was added.
+    bool AddTypedEntry(QComboBox* combo, const QString& table, const QString& nameColumn);
     QWidget* Field(const QString& objectName) const;
     // A masked date box: "__/__/____" until filled. Its text, as read for saving and checks,
     // is what it shows, blanks included.
@@ -229,6 +236,45 @@ protected:
     static QString MaskText(const QLineEdit* box);
     // Puts a stored note into a notes pane; a hint stored by an older logbook shows as none.
     static void SetNotes(QPlainTextEdit* notes, const QString& text);
+
+    // ---- A grid of records with filters in a tool bar of their own (maintenance, expenses).
+    // The filter bar, under the tool bar.
+    QToolBar* AddFilterBar(const QString& name);
+    struct FilterDates {
+        QLineEdit* from = nullptr;
+        QLineEdit* to = nullptr;
+    };
+    // "Show dates from" ... "to". A box left holding a date, or nothing, filters at once; one
+    // left holding neither says so and filters on no date.
+    FilterDates AddFilterDates(QToolBar* bar, const QString& fromTip, const QString& toTip);
+    // A labelled list of the filter bar; a pick filters at once.
+    QComboBox* AddFilterList(QToolBar* bar, const QString& id, const QString& label,
+                             const QString& tip);
+    // Fills a filter list: `allText` with id 0, then the rows of `sql`. The entry picked stays
+    // picked while it is there; else the list goes back to `allText`.
+    void FillFilterList(QComboBox* list, const QString& allText, const QString& sql,
+                        const QString& keyColumn, const QString& textColumn);
+    // A filter box's date, when it holds one.
+    static std::optional<QDate> FilterDate(const QLineEdit* box);
+    // The id of a filter list's entry; 0 (all) when none is picked.
+    static qint64 FilterId(const QComboBox* list);
+    struct RecordGrid {
+        QWidget* area = nullptr;  // the caption above the grid
+        QLabel* caption = nullptr;
+        QTableView* view = nullptr;
+        TextGridModel* model = nullptr;
+    };
+    // The grid of records (the first column the hidden id, one line selected at a time) under
+    // its caption; it becomes the window's record list. `proxy`, when given, stands between
+    // the rows and the view (colours).
+    RecordGrid MakeRecordGrid(QWidget* parent, const QString& name, const QString& caption,
+                              std::vector<GridColumn> columns, const std::vector<int>& widths,
+                              int stretchColumn, QAbstractProxyModel* proxy = nullptr);
+    // A filter changed: the grid reloads, and the shown record follows it.
+    virtual void FiltersChanged();
+    // After the grid reloaded: the shown record, if still listed, stays selected; else the
+    // first line is shown, unless edits are pending.
+    void FollowGrid();
 
     store::Recordset& records() const { return *records_; }
     bool HasCurrentRow() const;
@@ -243,6 +289,9 @@ protected:
     virtual void RecordToFields(const store::Recordset& rs) = 0;
     // Puts the fields into the row being added or edited, in table order.
     virtual void FieldsToRecord(store::Recordset& rs) = 0;
+    // Runs inside the save's transaction once the record `id` is written: statements that must
+    // land with it or not at all.
+    virtual void AfterRecordWritten(qint64 /*id*/) {}
     virtual void ClearFields() = 0;
     virtual QWidget* NewFocusField() const { return nullptr; }
     virtual std::vector<ValidationStep> ValidationSteps() const { return {}; }
@@ -291,6 +340,7 @@ private:
         QString message;
     };
     QHash<QObject*, LeaveCheck> leaveChecks_;
+    QList<QObject*> filterDates_;
 
     bool dataChanged_ = false;
     bool showMode_ = false;

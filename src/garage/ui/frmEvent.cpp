@@ -197,26 +197,8 @@ void frmEvent::BeforeValidate() {
 }
 
 void frmEvent::EventClassCheck() {
-    if (SelectTypedEntry(cboEventClass_)) {
-        return;
-    }
-    const QString text = cboEventClass_->currentText().trimmed();
-    if (SelectedIndex(cboEventClass_) >= 0 || text.isEmpty()) {
-        return;
-    }
-    if (messages_.ask(QStringLiteral("Add ") + text, QString(), MsgButtons::YesNo,
-                      MsgAnswer::Yes) != MsgAnswer::Yes) {
-        return;
-    }
-    qint64 id = 0;
-    try {
-        id = NameAdd(db_, QStringLiteral("tblEventClass"), QStringLiteral("sEventClass_nm"), text);
-    } catch (const std::exception& e) {
-        store::ErrorReport(store::AsDbError(e), QString(), messages_);
-        return;
-    }
-    cboEventClass_->addItem(text, QVariant::fromValue(id));
-    SelectComboId(cboEventClass_, id);
+    AddTypedEntry(cboEventClass_, QStringLiteral("tblEventClass"),
+                  QStringLiteral("sEventClass_nm"));
 }
 
 DeleteRule frmEvent::DeleteRules() const {

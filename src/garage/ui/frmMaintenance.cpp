@@ -54,11 +54,6 @@ int WholeOrZero(const QString& text) {
     return value ? *value : 0;
 }
 
-bool IsFieldExit(const QEvent* event) {
-    return event->type() == QEvent::FocusOut &&
-           static_cast<const QFocusEvent*>(event)->reason() != Qt::PopupFocusReason;
-}
-
 }  // namespace
 
 // The two styles of the Remaining cell of an open item: "Pastdue" bold yellow on red, "Upcoming"
@@ -107,67 +102,29 @@ frmMaintenance::frmMaintenance(const shell::WindowContext& ctx, QWidget* parent)
 frmMaintenance::~frmMaintenance() = default;
 
 void frmMaintenance::BuildFilters() {
-    atbMaintenance_ = new QToolBar(this);
-    atbMaintenance_->setObjectName(QStringLiteral("atbMaintenance"));
-    efDateFrom_ = MakeDateBox(tools::kEfDateFrom, atbMaintenance_);
-    efDateTo_ = MakeDateBox(tools::kEfDateTo, atbMaintenance_);
-    // A filter date that is no date filters nothing; the racer is told so.
-    CheckOnLeave(efDateFrom_, kDateMaskEmpty,
-                 QStringLiteral("Invalid From Date, Use MM/DD/YYYY Format"));
-    CheckOnLeave(efDateTo_, kDateMaskEmpty,
-                 QStringLiteral("Invalid To Date, Use MM/DD/YYYY Format"));
-    efCar_ = new QComboBox(atbMaintenance_);
-    efCar_->setObjectName(tools::kEfCar);
-    efCar_->setMinimumContentsLength(14);
-    efCar_->setToolTip(QStringLiteral("Only include maintenance for this car"));
-    efStatus_ = new QComboBox(atbMaintenance_);
-    efStatus_->setObjectName(tools::kEfStatus);
+    atbMaintenance_ = AddFilterBar(QStringLiteral("atbMaintenance"));
+    const FilterDates dates = AddFilterDates(
+        atbMaintenance_, QStringLiteral("Only include items done on or after this date"),
+        QStringLiteral("Only include items done on or before this date"));
+    efDateFrom_ = dates.from;
+    efDateTo_ = dates.to;
+    efCar_ = AddFilterList(atbMaintenance_, tools::kEfCar, QStringLiteral("Car:"),
+                           QStringLiteral("Only include maintenance for this car"));
+    efStatus_ = AddFilterList(atbMaintenance_, tools::kEfStatus, QStringLiteral("Status:"),
+                              QStringLiteral("Only include items of this status"));
+    const QSignalBlocker block(efStatus_);
     efStatus_->addItem(QStringLiteral("<All Maintenance>"), 0);
     efStatus_->addItem(QStringLiteral("<Upcoming Maintenance>"), 1);
     efStatus_->addItem(QStringLiteral("<Critical Maintenance>"), 2);
+}
 
-    atbMaintenance_->addWidget(new QLabel(QStringLiteral("Show dates from "), atbMaintenance_));
-    atbMaintenance_->addWidget(efDateFrom_);
-    atbMaintenance_->addWidget(new QLabel(QStringLiteral(" to "), atbMaintenance_));
-    atbMaintenance_->addWidget(efDateTo_);
-    atbMaintenance_->addSeparator();
-    atbMaintenance_->addWidget(new QLabel(QStringLiteral("Car: "), atbMaintenance_));
-    atbMaintenance_->addWidget(efCar_);
-    atbMaintenance_->addSeparator();
-    atbMaintenance_->addWidget(new QLabel(QStringLiteral("Status: "), atbMaintenance_));
-    atbMaintenance_->addWidget(efStatus_);
-    AddToolBarRow(atbMaintenance_);
-
-    for (QLineEdit* date : {efDateFrom_, efDateTo_}) {
-        InstallEnterAsTab(date);
-        InstallSelectAllOnFocus(date);
-        date->installEventFilter(this);
-    }
-    connect(efCar_, &QComboBox::currentIndexChanged, this, [this](int index) {
-        filterCarId_ = index >= 0 ? efCar_->itemData(index).toLongLong() : 0;
-        GridLoad();
-        FollowGrid();
-    });
-    connect(efStatus_, &QComboBox::currentIndexChanged, this, [this] {
-        GridLoad();
-        FollowGrid();
-    });
+void frmMaintenance::FiltersChanged() {
+    filterCarId_ = FilterId(efCar_);
+    RecordWindow::FiltersChanged();
 }
 
 void frmMaintenance::BuildBody() {
     auto* splitter = new QSplitter(Qt::Vertical, this);
-
-    auto* top = new QWidget(splitter);
-    auto* topLayout = new QVBoxLayout(top);
-    topLayout->setContentsMargins(4, 4, 4, 0);
-    gridCaption_ = new QLabel(kGridCaption, top);
-    gridCaption_->setObjectName(QStringLiteral("lblGridCaption"));
-    gridCaption_->setAlignment(Qt::AlignCenter);
-    gridCaption_->setAutoFillBackground(true);
-    gridCaption_->setBackgroundRole(QPalette::Mid);
-    ssdbgMaintenances_ = new QTableView(top);
-    ssdbgMaintenances_->setObjectName(QStringLiteral("ssdbgMaintenances"));
-    model_ = new TextGridModel(this);
     std::vector<GridColumn> columns(maintcol::Count);
     const char* captions[] = {"Key",
                               "Car",
@@ -183,31 +140,17 @@ void frmMaintenance::BuildBody() {
         columns[c].alignment = number ? 1 : (c == maintcol::Completed ? 2 : 0);
         columns[c].headerFollowsCells = number || c == maintcol::Completed;
     }
-    columns[maintcol::Id].visible = false;
-    model_->SetColumns(std::move(columns));
     styled_ = new MaintenanceStyleModel(this);
-    styled_->setSourceModel(model_);
-    ssdbgMaintenances_->setModel(styled_);
-    ssdbgMaintenances_->setColumnHidden(maintcol::Id, true);
-    ssdbgMaintenances_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    ssdbgMaintenances_->setSelectionMode(QAbstractItemView::SingleSelection);
-    ssdbgMaintenances_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    ssdbgMaintenances_->verticalHeader()->hide();
-    ssdbgMaintenances_->verticalHeader()->setDefaultSectionSize(
-        ssdbgMaintenances_->fontMetrics().height() + 6);
-    QHeaderView* header = ssdbgMaintenances_->horizontalHeader();
-    const int widths[] = {0, 130, 260, 110, 60, 120, 80, 90};
-    for (int c = 1; c < maintcol::Count; ++c) {
-        const int caption = header->fontMetrics().horizontalAdvance(model_->Column(c).caption) + 24;
-        ssdbgMaintenances_->setColumnWidth(c, std::max(widths[c], caption));
-    }
-    header->setSectionResizeMode(maintcol::Description, QHeaderView::Stretch);
-    topLayout->addWidget(gridCaption_);
-    topLayout->addWidget(ssdbgMaintenances_, 1);
-    splitter->addWidget(top);
+    const RecordGrid grid = MakeRecordGrid(
+        splitter, QStringLiteral("ssdbgMaintenances"), kGridCaption, std::move(columns),
+        {0, 130, 260, 110, 60, 120, 80, 90}, maintcol::Description, styled_);
+    gridCaption_ = grid.caption;
+    ssdbgMaintenances_ = grid.view;
+    model_ = grid.model;
+    splitter->addWidget(grid.area);
 
     auto* panel = new QWidget(splitter);
-    auto* grid = new QGridLayout(panel);
+    auto* fields = new QGridLayout(panel);
     cboCar_ = new QComboBox(panel);
     cboCar_->setObjectName(QStringLiteral("cboCar"));
     cboCar_->setEditable(true);
@@ -250,20 +193,19 @@ void frmMaintenance::BuildBody() {
     completion->addWidget(btnMarkCompleted_);
     completion->addStretch(1);
 
-    grid->addWidget(carLabel, 0, 0);
-    grid->addWidget(cboCar_, 0, 1, Qt::AlignLeft);
-    grid->addWidget(notesLabel, 1, 0, 1, 2);
-    grid->addWidget(rtbMaintenanceNotes_tx_, 2, 0, 1, 2);
-    grid->addLayout(sentence, 3, 0, 1, 2);
-    grid->addLayout(completion, 4, 0, 1, 2);
-    grid->setColumnStretch(1, 1);
-    grid->setRowStretch(2, 1);
+    fields->addWidget(carLabel, 0, 0);
+    fields->addWidget(cboCar_, 0, 1, Qt::AlignLeft);
+    fields->addWidget(notesLabel, 1, 0, 1, 2);
+    fields->addWidget(rtbMaintenanceNotes_tx_, 2, 0, 1, 2);
+    fields->addLayout(sentence, 3, 0, 1, 2);
+    fields->addLayout(completion, 4, 0, 1, 2);
+    fields->setColumnStretch(1, 1);
+    fields->setRowStretch(2, 1);
     splitter->addWidget(panel);
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 2);
     SetBody(splitter);
 
-    SetRecordList(std::make_unique<GridRecords>(ssdbgMaintenances_, model_));
     for (QWidget* field : std::initializer_list<QWidget*>{cboCar_, txtScheduledRuns_, txtRunsMade_,
                                                           chkCompleted_, mebMaintenance_dt_}) {
         AddField(field);
@@ -283,17 +225,9 @@ QString frmMaintenance::RecordsetSql() const {
 void frmMaintenance::FillLists() {
     ListFillFromTable(cboCar_, QStringLiteral("lCar_id"), QStringLiteral("sCar_nm"),
                       QStringLiteral("tblCars"), QString(), db_);
-    const QSignalBlocker block(efCar_);
-    efCar_->clear();
-    efCar_->addItem(QStringLiteral("<All Cars>"), QVariant::fromValue(qint64{0}));
-    auto rs = db_.OpenRecordset(QStringLiteral("SELECT * from tblCars ORDER BY sCar_nm"),
-                                store::RecordsetType::Snapshot);
-    for (; !rs->Eof(); rs->MoveNext()) {
-        efCar_->addItem(rs->Value(QStringLiteral("sCar_nm")).toString(),
-                        rs->Value(QStringLiteral("lCar_id")).toLongLong());
-    }
-    rs->Close();
-    efCar_->setCurrentIndex(ListFindData(efCar_, filterCarId_));
+    FillFilterList(efCar_, QStringLiteral("<All Cars>"),
+                   QStringLiteral("SELECT * from tblCars ORDER BY sCar_nm"),
+                   QStringLiteral("lCar_id"), QStringLiteral("sCar_nm"));
     const QSignalBlocker blockStatus(efStatus_);
     efStatus_->setCurrentIndex(0);
 }
@@ -304,12 +238,8 @@ void frmMaintenance::FillRecordList() {
 
 MaintenanceFilter frmMaintenance::ReadFilter() const {
     MaintenanceFilter filter;
-    if (const auto from = DateValue(MaskText(efDateFrom_))) {
-        filter.from = from->date();
-    }
-    if (const auto to = DateValue(MaskText(efDateTo_))) {
-        filter.to = to->date();
-    }
+    filter.from = FilterDate(efDateFrom_);
+    filter.to = FilterDate(efDateTo_);
     filter.carId = filterCarId_;
     const int status = efStatus_->currentIndex();
     if (status >= 0) {
@@ -343,15 +273,6 @@ void frmMaintenance::GridLoad() {
     if (shown != 0) {
         recordList()->select(recordList()->findId(shown));
     }
-}
-
-void frmMaintenance::FollowGrid() {
-    RecordList* list = recordList();
-    if (RecordAdd() || DataChanged() || list->findId(CurrentRecordId()) >= 0 ||
-        list->count() == 0) {
-        return;
-    }
-    ShowRecordId(list->idAt(0));
 }
 
 void frmMaintenance::ShowParameters(qint64 carId, int statusIndex) {
@@ -480,10 +401,7 @@ void frmMaintenance::MarkCompleted() {
 }
 
 bool frmMaintenance::eventFilter(QObject* watched, QEvent* event) {
-    if ((watched == efDateFrom_ || watched == efDateTo_) && IsFieldExit(event)) {
-        GridLoad();
-        FollowGrid();
-    } else if (watched == cboCar_ && IsFieldExit(event)) {
+    if (watched == cboCar_ && IsFieldExit(event)) {
         SelectTypedEntry(cboCar_);
     }
     return RecordWindow::eventFilter(watched, event);

@@ -36,7 +36,6 @@ public:
     void Alert();
     // Reloads the grid from the filters.
     void GridLoad();
-    // The day "completed today" means.
 
 protected:
     QString RecordsetSql() const override;
@@ -63,9 +62,7 @@ private:
     void BuildFilters();
     void BuildBody();
     MaintenanceFilter ReadFilter() const;
-    // After a filter change: the shown item, if still listed, stays selected; else the first
-    // line is shown, unless edits are pending.
-    void FollowGrid();
+    void FiltersChanged() override;
     void CompletedClicked(bool checked);
     void MarkCompleted();
 

@@ -396,4 +396,29 @@ bool frmCarSetup::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
+QWidget* ShowCarSetup(const shell::WindowContext& ctx, QWidget* owner, qint64 carId,
+                      const QString& setupType) {
+    static const char* const kCarWindowKey = "carWindowSetup";
+    const QString key = setupType + u' ' + QString::number(carId);
+    frmCarSetup* w = nullptr;
+    if (owner != nullptr) {
+        for (auto* open : owner->findChildren<frmCarSetup*>(Qt::FindDirectChildrenOnly)) {
+            if (open->isVisible() && open->property(kCarWindowKey).toString() == key) {
+                w = open;
+            }
+        }
+    }
+    if (w == nullptr) {
+        w = new frmCarSetup(ctx, owner);
+        w->setProperty(kCarWindowKey, key);
+    }
+    w->SetCarId(carId);
+    w->SetSetupType(setupType);
+    w->PreShow(true, false);
+    w->show();
+    w->raise();
+    w->activateWindow();
+    return w;
+}
+
 }  // namespace slipbook::prediction

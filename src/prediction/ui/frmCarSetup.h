@@ -94,4 +94,9 @@ private:
     bool telling_ = false;
 };
 
+// The car window's setup runs of a car for a program ("DA" or "TS"), at a quarter mile: the one
+// `owner` already shows for that car and program, or a new one. Shown without blocking.
+QWidget* ShowCarSetup(const shell::WindowContext& ctx, QWidget* owner, qint64 carId,
+                      const QString& setupType);
+
 }  // namespace slipbook::prediction

@@ -188,6 +188,8 @@ private:
     void RunSaved(qint64 runId);
     void RunDeleted(qint64 runId);
     void RecordsChanged(const QString& table);
+    // After the cars were written: the car `id` stays the current one while it is there.
+    void KeepCar(qint64 id);
     // After the logbook was replaced: every selector and the list from the new one.
     void ReloadAll();
     void CopyToFolder();

@@ -1,6 +1,7 @@
 #include "shell/ui/frmMain.h"
 
 #include "common/tools.h"
+#include "shell/defaultcar.h"
 #include "shell/ui/fitwidgets.h"
 #include "store/access.h"
 #include "views/viewstore.h"
@@ -103,13 +104,7 @@ void frmMain::SelectorPicked(const QString& id) {
         state_.car.desc = carList_->currentText();
         state_.car.id = ItemKey(carList_, carList_->currentIndex());
         // The car picked is the car of the next start.
-        if (db_.FieldExists(QStringLiteral("tblcars"), QStringLiteral("bDefault_fl"))) {
-            store::Database::Transaction tx(db_);
-            db_.Execute(QStringLiteral("UPDATE tblCars SET bDefault_fl = False"));
-            db_.Execute(QStringLiteral("UPDATE tblCars SET bDefault_fl = True WHERE lCar_id = ") +
-                        QString::number(state_.car.id));
-            tx.Commit();
-        }
+        SetDefaultCar(db_, state_.car.id);
         if (!loading_) {
             ToolClick(tools::kRuns);
         }
@@ -157,6 +152,26 @@ void frmMain::SelectCar(qint64 id) {
     }
 }
 
+void frmMain::KeepCar(qint64 id) {
+    const int i = carList_->findData(QVariant::fromValue<qint64>(id));
+    if (i < 0) {
+        // The current car is gone: the default one, as loaded, takes its place.
+        if (carList_->count() > 0) {
+            SelectorPicked(tools::kCarList);
+        } else if (!loading_) {
+            ToolClick(tools::kRuns);
+        }
+        return;
+    }
+    // Not a pick: the default flag another window has just written stays where it was put.
+    carList_->setCurrentIndex(i);
+    state_.car.id = id;
+    state_.car.desc = carList_->itemText(i);
+    if (!loading_) {
+        ToolClick(tools::kRuns);
+    }
+}
+
 void frmMain::SelectEvent(qint64 id) {
     const int i = eventList_->findData(QVariant::fromValue<qint64>(id));
     eventList_->setCurrentIndex(i < 0 ? 0 : i);
@@ -194,6 +209,10 @@ void frmMain::RecordsChanged(const QString& table) {
     } else if (table == u"tblTracks") {
         TrackLoad();
         SelectTrack(state_.track.id);
+    } else if (table == u"tblCars") {
+        const qint64 current = state_.car.id;
+        CarsLoad();
+        KeepCar(current);
     } else if (table == u"tblListViewColumns") {
         ViewsLoad();
         // The run list's headers are the catalogue's: the list is loaded anew to show them.

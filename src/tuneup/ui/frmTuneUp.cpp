@@ -963,4 +963,15 @@ QWidget* ShowRunTuneUp(const shell::WindowContext& ctx, QWidget* owner, qint64 r
     return w;
 }
 
+QWidget* ShowCarTuneUp(const shell::WindowContext& ctx, QWidget* owner, qint64 carId) {
+    frmTuneUp* w = SharedTuneUp(ctx, owner);
+    w->SetCarId(carId);
+    w->PreShow(OldSource::Car, 0);
+    w->show();
+    w->raise();
+    w->activateWindow();
+    w->SetManualSetup();
+    return w;
+}
+
 }  // namespace slipbook::tuneup

@@ -178,4 +178,8 @@ frmTuneUp* SharedTuneUp(const shell::WindowContext& ctx, QWidget* owner);
 // The run window's tune-up: the shared window on the run, shown without blocking.
 QWidget* ShowRunTuneUp(const shell::WindowContext& ctx, QWidget* owner, qint64 runId);
 
+// The car window's tune-up: the shared window on the car's saved tune-up, shown without blocking
+// and put in manual set-up, so the car's base can be typed in.
+QWidget* ShowCarTuneUp(const shell::WindowContext& ctx, QWidget* owner, qint64 carId);
+
 }  // namespace slipbook::tuneup
