@@ -5,7 +5,13 @@
 #include "store/logbookcopy.h"
 #include "store/logbookfile.h"
 
+#include "store/schematext.h"
+
+#include <sqlite3.h>
 #include <QDir>
+#include <QRegularExpression>
+
+#include <algorithm>
 
 #include <cmath>
 
@@ -323,6 +329,195 @@ bool EngineColumnHidden(Database& db) {
     return q.Next() && !q.Value(QStringLiteral("bVisible_fl")).toBool();
 }
 
+// ---------------------------------------------------------------------------------------------
+// The template's own shape: every table in its column order and declared types, with its indexes.
+
+struct ShapeTable {
+    QString name;
+    QString createSql;                       // as the engine keeps it
+    QList<QPair<QString, QString>> columns;  // name, declared type
+    QStringList indexSql;
+};
+
+QList<QPair<QString, QString>> ColumnsOf(sqlite3* db, const QString& table) {
+    QList<QPair<QString, QString>> columns;
+    sqlite3_stmt* stmt = nullptr;
+    const QByteArray sql = "SELECT name, type FROM pragma_table_info(?1)";
+    if (sqlite3_prepare_v2(db, sql.constData(), -1, &stmt, nullptr) == SQLITE_OK) {
+        const QByteArray name = table.toUtf8();
+        sqlite3_bind_text(stmt, 1, name.constData(), -1, SQLITE_TRANSIENT);
+        while (sqlite3_step(stmt) == SQLITE_ROW) {
+            columns.append(
+                {QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0))),
+                 QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1)))});
+        }
+    }
+    sqlite3_finalize(stmt);
+    return columns;
+}
+
+const std::vector<ShapeTable>& TemplateShape() {
+    static const std::vector<ShapeTable> shape = [] {
+        std::vector<ShapeTable> tables;
+        Database made;
+        made.OpenRaw(QStringLiteral(":memory:"), true);
+        made.ExecuteScript(QString::fromUtf8(LogbookSchemaScript()));
+        sqlite3* db = made.handle();
+        sqlite3_stmt* stmt = nullptr;
+        sqlite3_prepare_v2(db,
+                           "SELECT name, sql FROM sqlite_master WHERE type = 'table' AND name NOT "
+                           "LIKE 'sqlite%' ORDER BY rowid",
+                           -1, &stmt, nullptr);
+        while (sqlite3_step(stmt) == SQLITE_ROW) {
+            ShapeTable t;
+            t.name = QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)));
+            t.createSql =
+                QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1)));
+            tables.push_back(t);
+        }
+        sqlite3_finalize(stmt);
+        for (ShapeTable& t : tables) {
+            t.columns = ColumnsOf(db, t.name);
+            sqlite3_prepare_v2(db,
+                               "SELECT sql FROM sqlite_master WHERE type = 'index' AND tbl_name = "
+                               "?1 AND sql IS NOT NULL ORDER BY rowid",
+                               -1, &stmt, nullptr);
+            const QByteArray name = t.name.toUtf8();
+            sqlite3_bind_text(stmt, 1, name.constData(), -1, SQLITE_TRANSIENT);
+            while (sqlite3_step(stmt) == SQLITE_ROW) {
+                t.indexSql << QString::fromUtf8(
+                    reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)));
+            }
+            sqlite3_finalize(stmt);
+        }
+        return tables;
+    }();
+    return shape;
+}
+
+bool SameColumns(const QList<QPair<QString, QString>>& a, const QList<QPair<QString, QString>>& b) {
+    if (a.size() != b.size()) {
+        return false;
+    }
+    for (qsizetype i = 0; i < a.size(); ++i) {
+        if (a[i].first.compare(b[i].first, Qt::CaseInsensitive) != 0 ||
+            a[i].second.compare(b[i].second, Qt::CaseInsensitive) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Columns that steps append stand at the end of an upgraded table; the template has them where
+// they belong. Only a table holding every template column, and no other, is rebuilt: one that
+// lacks a column is left for the level check to name.
+bool Rebuildable(const QList<QPair<QString, QString>>& have, const ShapeTable& t) {
+    if (have.size() != t.columns.size() || SameColumns(have, t.columns)) {
+        return false;
+    }
+    for (const auto& [name, type] : t.columns) {
+        const bool present = std::any_of(have.begin(), have.end(), [&](const auto& c) {
+            return c.first.compare(name, Qt::CaseInsensitive) == 0;
+        });
+        if (!present) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void Raw(Database& db, const QString& sql) {
+    char* error = nullptr;
+    if (sqlite3_exec(db.handle(), sql.toUtf8().constData(), nullptr, nullptr, &error) !=
+        SQLITE_OK) {
+        const QString why = QString::fromUtf8(error != nullptr ? error : "unknown error");
+        sqlite3_free(error);
+        throw DbError(err::Generic, QStringLiteral("Upgrade"),
+                      why + QStringLiteral(" (") + sql + QStringLiteral(")"));
+    }
+}
+
+qint64 RawScalar(Database& db, const QString& sql) {
+    sqlite3_stmt* stmt = nullptr;
+    qint64 value = -1;
+    if (sqlite3_prepare_v2(db.handle(), sql.toUtf8().constData(), -1, &stmt, nullptr) ==
+            SQLITE_OK &&
+        sqlite3_step(stmt) == SQLITE_ROW && sqlite3_column_type(stmt, 0) != SQLITE_NULL) {
+        value = sqlite3_column_int64(stmt, 0);
+    }
+    sqlite3_finalize(stmt);
+    return value;
+}
+
+bool IndexMissing(Database& db, const QString& createIndexSql) {
+    static const QRegularExpression name(QStringLiteral("^CREATE (?:UNIQUE )?INDEX (\\S+)"));
+    const auto m = name.match(createIndexSql);
+    return m.hasMatch() &&
+           RawScalar(db, QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'index' "
+                                        "AND name = '%1'")
+                             .arg(m.captured(1))) == 0;
+}
+
+bool ShapeDiffers(Database& db) {
+    for (const ShapeTable& t : TemplateShape()) {
+        const auto have = ColumnsOf(db.handle(), t.name);
+        if (have.isEmpty()) {
+            continue;
+        }
+        if (Rebuildable(have, t)) {
+            return true;
+        }
+        for (const QString& index : t.indexSql) {
+            if (IndexMissing(db, index)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// Each table in the template's column order and types, its rows and its key counter kept, so
+// that no key is ever given twice; and every index of the template in place.
+void ConformToTemplate(Database& db) {
+    for (const ShapeTable& t : TemplateShape()) {
+        const auto have = ColumnsOf(db.handle(), t.name);
+        if (have.isEmpty()) {
+            continue;
+        }
+        if (Rebuildable(have, t)) {
+            const QString temp = t.name + QStringLiteral("_reordered");
+            QString create = t.createSql;
+            static const QRegularExpression head(
+                QStringLiteral("^CREATE TABLE\\s+(\"?)[A-Za-z0-9_]+\\1"));
+            create.replace(head, QStringLiteral("CREATE TABLE \"") + temp + u'"');
+            QStringList names;
+            for (const auto& column : t.columns) {
+                names << QuoteIdent(column.first);
+            }
+            const QString list = names.join(QStringLiteral(", "));
+            const qint64 counter = RawScalar(
+                db,
+                QStringLiteral("SELECT seq FROM sqlite_sequence WHERE name = '%1'").arg(t.name));
+            Raw(db, create);
+            Raw(db, QStringLiteral("INSERT INTO \"%1\" (%2) SELECT %2 FROM \"%3\"")
+                        .arg(temp, list, t.name));
+            Raw(db, QStringLiteral("DROP TABLE \"%1\"").arg(t.name));
+            Raw(db, QStringLiteral("ALTER TABLE \"%1\" RENAME TO \"%2\"").arg(temp, t.name));
+            if (counter > 0) {
+                Raw(db, QStringLiteral("UPDATE sqlite_sequence SET seq = MAX(seq, %1) WHERE name "
+                                       "= '%2'")
+                            .arg(counter)
+                            .arg(t.name));
+            }
+        }
+        for (const QString& index : t.indexSql) {
+            if (IndexMissing(db, index)) {
+                Raw(db, index);
+            }
+        }
+    }
+}
+
 QStringList Columns(const QString& table, const QStringList& names) {
     QStringList out;
     for (const QString& name : names) {
@@ -402,6 +597,12 @@ const std::vector<UpgradeStep>& UpgradeSteps() {
                              QStringLiteral("UPDATE tblListViewColumns SET "
                                             "bVisible_fl=True WHERE sFieldName<>'lRun_id'"));
                      },
+                     {}});
+        // The steps of this program's own tables and columns come after this one; each makes
+        // its part in the template's shape, so this one runs once per older logbook.
+        s.push_back({QStringLiteral("9 (columns in the current order, indexes)"),
+                     ShapeDiffers,
+                     ConformToTemplate,
                      {}});
         return s;
     }();
