@@ -44,10 +44,11 @@ struct RequiredTable {
 };
 using Schema = std::map<QString, RequiredTable>;
 
-// The tables and columns every logbook must have: the template's, less what the ladder adds.
-const Schema& RequiredSchema() {
-    static const Schema required = [] {
-        Schema s;
+// The tables and columns of the template; with `beforeLadder`, less what the ladder adds, which
+// an older logbook may lack.
+Schema MakeSchema(bool beforeLadder) {
+    Schema s;
+    {
         Database made;
         made.OpenRaw(QStringLiteral(":memory:"), true);
         made.ExecuteScript(QString::fromUtf8(LogbookSchemaScript()));
@@ -58,19 +59,27 @@ const Schema& RequiredSchema() {
                 t.columns[field.name.toLower()] = field.name;
             }
         }
-        for (const UpgradeStep& step : UpgradeSteps()) {
-            for (const QString& added : step.adds) {
-                const qsizetype dot = added.indexOf(u'.');
-                if (dot < 0) {
-                    s.erase(added.toLower());
-                } else if (auto it = s.find(added.left(dot).toLower()); it != s.end()) {
-                    it->second.columns.erase(added.mid(dot + 1).toLower());
-                }
+    }
+    if (!beforeLadder) {
+        return s;
+    }
+    for (const UpgradeStep& step : UpgradeSteps()) {
+        for (const QString& added : step.adds) {
+            const qsizetype dot = added.indexOf(u'.');
+            if (dot < 0) {
+                s.erase(added.toLower());
+            } else if (auto it = s.find(added.left(dot).toLower()); it != s.end()) {
+                it->second.columns.erase(added.mid(dot + 1).toLower());
             }
         }
-        return s;
-    }();
-    return required;
+    }
+    return s;
+}
+
+const Schema& RequiredSchema(bool beforeLadder) {
+    static const Schema before = MakeSchema(true);
+    static const Schema after = MakeSchema(false);
+    return beforeLadder ? before : after;
 }
 
 // Every row of a one-column statement; false when the statement fails.
@@ -140,7 +149,7 @@ QString Join(const QStringList& names) {
     return names.join(QStringLiteral(", "));
 }
 
-Problem ProblemOf(sqlite3* db) {
+Problem ProblemOf(sqlite3* db, bool beforeLadder = true) {
     QStringList check;
     int rc = SQLITE_OK;
     if (!Column(db, "PRAGMA quick_check(1)", &check, &rc)) {
@@ -163,7 +172,7 @@ Problem ProblemOf(sqlite3* db) {
     }
     QStringList missingTables;
     QStringList missingColumns;
-    for (const auto& [lower, table] : RequiredSchema()) {
+    for (const auto& [lower, table] : RequiredSchema(beforeLadder)) {
         if (!have.contains(lower)) {
             missingTables << table.name;
             continue;
@@ -276,6 +285,11 @@ QString LogbookProblem(sqlite3* db, const QString& path) {
             break;
     }
     return QStringLiteral("The logbook %1 cannot be read.").arg(path);
+}
+
+QString LevelProblem(sqlite3* db) {
+    const Problem p = ProblemOf(db, false);
+    return p.kind == Problem::None ? QString() : p.detail;
 }
 
 QString FileProblem(const QString& path) {

@@ -30,6 +30,10 @@ QString ReplaceFile(const QString& from, const QString& to);
 // the upgrade ladder adds). Empty when it is a whole logbook.
 QString LogbookProblem(sqlite3* db, const QString& path);
 
+// After the upgrade ladder: what the open logbook still lacks of the current level, in plain
+// words ("it has no table tblX"); empty when it has every table and column of the template.
+QString LevelProblem(sqlite3* db);
+
 // Empty when the file on its own (without anything beside it) is a whole logbook; else the
 // cause in plain words. Reads only.
 QString FileProblem(const QString& path);

@@ -172,7 +172,7 @@ StartupOutcome RunStartup(Database& db, Messages& messages, StartupUi& ui, Clock
         ui.LoadMainWindow();
 
         ui.SetSplashStatus(QStringLiteral("Updating Slipbook Database..."));
-        UpgradeLadder(db);
+        UpgradeLadder(db, QDateTime::currentDateTime());
 
         while (clock.NowMs() - splashSince <= kSplashMs && !ui.SplashClosedByKey()) {
             ui.YieldToEvents();

@@ -5,6 +5,7 @@
 
 #include "store/database.h"
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -19,6 +20,9 @@ struct UpgradeStep {
     // The tables ("tblX") and columns ("tblX.sY") the step makes: a logbook that predates the
     // step may lack them and is still opened, for the step to add them.
     QStringList adds;
+    // For a step that always runs: whether it would change anything now. Unset, a step that is
+    // needed changes the logbook.
+    std::function<bool(Database&)> changes;
 };
 
 // The ladder's steps in the order they run.
@@ -28,6 +32,12 @@ const std::vector<UpgradeStep>& UpgradeSteps();
 // steps before it stay done. The failure is thrown on.
 void RunUpgradeSteps(Database& db, const std::vector<UpgradeStep>& steps);
 
-void UpgradeLadder(Database& db);
+// Whether any step would change the logbook now.
+bool UpgradeWouldChange(Database& db, const std::vector<UpgradeStep>& steps);
+
+// Brings the open logbook up to the current level. Before the first change, the logbook is
+// copied beside itself under a dated name; returns that copy's path, or the empty text when
+// nothing needed changing. A failed step is thrown on, naming the step and the copy.
+QString UpgradeLadder(Database& db, const QDateTime& now);
 
 }  // namespace slipbook::store
