@@ -149,7 +149,10 @@ QString Join(const QStringList& names) {
     return names.join(QStringLiteral(", "));
 }
 
-Problem ProblemOf(sqlite3* db, bool beforeLadder = true) {
+// The tables and columns the logbook lacks; before the ladder, less what it adds.
+Problem SchemaProblemOf(sqlite3* db, bool beforeLadder);
+
+Problem ProblemOf(sqlite3* db) {
     QStringList check;
     int rc = SQLITE_OK;
     if (!Column(db, "PRAGMA quick_check(1)", &check, &rc)) {
@@ -162,6 +165,11 @@ Problem ProblemOf(sqlite3* db, bool beforeLadder = true) {
     if (check != QStringList{QStringLiteral("ok")}) {
         return {Problem::Damaged, check.value(0)};
     }
+    return SchemaProblemOf(db, true);
+}
+
+Problem SchemaProblemOf(sqlite3* db, bool beforeLadder) {
+    int rc = SQLITE_OK;
     QStringList tables;
     if (!Column(db, "SELECT name FROM sqlite_master WHERE type = 'table'", &tables, &rc)) {
         return {Problem::Damaged, QString::fromUtf8(sqlite3_errmsg(db))};
@@ -288,7 +296,7 @@ QString LogbookProblem(sqlite3* db, const QString& path) {
 }
 
 QString LevelProblem(sqlite3* db) {
-    const Problem p = ProblemOf(db, false);
+    const Problem p = SchemaProblemOf(db, false);
     return p.kind == Problem::None ? QString() : p.detail;
 }
 

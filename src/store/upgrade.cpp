@@ -656,6 +656,21 @@ QString UpgradeLadder(Database& db, const QDateTime& now) {
                                              "at %1.")
                                   .arg(QDir::toNativeSeparators(backup)));
     }
+    // A table rebuilt leaves its old pages free: handed back, the file is its own size again.
+    // Only room is at stake, so a logbook that can't be compacted now is left as it is.
+    if (!backup.isEmpty()) {
+        const qint64 pages = RawScalar(db, QStringLiteral("PRAGMA page_count"));
+        const qint64 free = RawScalar(db, QStringLiteral("PRAGMA freelist_count"));
+        if (pages > 0 && free * 4 > pages) {
+            sqlite3_exec(db.handle(), "VACUUM", nullptr, nullptr, nullptr);
+        }
+    }
+    // A part missing that no step adds: the logbook is neither current nor of an older level.
+    if (const QString lacks = LevelProblem(db.handle()); !lacks.isEmpty()) {
+        throw DbError(err::CannotOpen, QStringLiteral("Startup"),
+                      QStringLiteral("The file %1 is not a Slipbook logbook: %2.")
+                          .arg(QDir::toNativeSeparators(db.Name()), lacks));
+    }
     return backup;
 }
 

@@ -175,6 +175,9 @@ TEST(Ladder, EveryOlderLevelComesUpToTheTemplateAndKeepsTheRacersRows) {
         EXPECT_EQ(Shape(db), shape);
         EXPECT_EQ(ShippedRows(db), shipped);
         EXPECT_EQ(RacerRunsAndExpenses(db), racer);
+        // The pages of the tables rebuilt are handed back: no more than a few stay free.
+        EXPECT_LE(Rows(db, QStringLiteral("PRAGMA freelist_count")).toInt() * 4,
+                  Rows(db, QStringLiteral("PRAGMA page_count")).toInt());
         // The key counter survives the rebuild: a deleted run's key is never given again.
         db.Execute(QStringLiteral("INSERT INTO tblRuns (lCar_id) VALUES (2)"));
         EXPECT_GT(db.LastInsertRowId(), 501);
@@ -252,6 +255,25 @@ TEST(Ladder, ACurrentLogbookIsOnlyReadAndAFailingStepLeavesItAsItWas) {
     Database backup;
     backup.Open(backupPath);
     EXPECT_EQ(Shape(backup) + ShippedRows(backup) + RacerRunsAndExpenses(backup), before);
+
+    // A logbook short of a part no step adds is refused as it is, with no copy made.
+    {
+        test::TempLogbook short_;
+        short_.db().ExecRaw(QStringLiteral("DROP TABLE tblMaintenance"));
+        const QString shape = Shape(short_.db());
+        try {
+            UpgradeLadder(short_.db(), QDateTime::currentDateTime());
+            ADD_FAILURE() << "a logbook without its maintenance table was taken";
+        } catch (const DbError& e) {
+            EXPECT_TRUE(e.description().contains(QStringLiteral("it has no table tblMaintenance")))
+                << e.description().toStdString();
+        }
+        EXPECT_EQ(Shape(short_.db()), shape);
+        EXPECT_EQ(QDir(QFileInfo(short_.path()).path())
+                      .entryList({QStringLiteral("*.db")}, QDir::Files)
+                      .size(),
+                  1);
+    }
 
     // Put right, the next start finishes the climb.
     db.ExecRaw(QStringLiteral("DROP TRIGGER tgStop"));
