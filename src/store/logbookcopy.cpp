@@ -60,6 +60,8 @@ void CopyLogbookTo(Database& db, const QString& path) {
     const QString temp = TempBeside(path);
     QFile::remove(temp);
     Backup(db.handle(), temp);
+    // A copy of the racer's logbook is as private as the logbook.
+    QFile::setPermissions(temp, QFile::permissions(db.Name()));
     // The file at `path` is the old copy or the new one at every moment, never none.
     if (const QString why = ReplaceFile(temp, path); !why.isEmpty()) {
         QFile::remove(temp);

@@ -172,6 +172,7 @@ TEST(Ladder, EveryOlderLevelComesUpToTheTemplateAndKeepsTheRacersRows) {
         ASSERT_FALSE(backup.isEmpty());
         EXPECT_TRUE(QFileInfo::exists(backup));
         EXPECT_EQ(QFileInfo(backup).dir(), QFileInfo(lb.path()).dir());
+        EXPECT_EQ(QFile::permissions(backup), QFile::permissions(lb.path()));
         EXPECT_EQ(Shape(db), shape);
         EXPECT_EQ(ShippedRows(db), shipped);
         EXPECT_EQ(RacerRunsAndExpenses(db), racer);
