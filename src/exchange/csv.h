@@ -1,0 +1,3 @@
+#pragma once
+
+namespace slipbook::exchange {}  // namespace slipbook::exchange

@@ -1,0 +1,1 @@
+#include "exchange/ui/frmExport.h"
