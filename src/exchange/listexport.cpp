@@ -133,6 +133,9 @@ ListSource StoredSource(store::Database& db, const TextGridModel& model, const Q
                         const QString& keyColumn) {
     ListSource source{&model, table, keyColumn, {}};
     const std::optional<store::TableDef> def = db.TableDefinition(table);
+    if (!def) {
+        source.table.clear();
+    }
     for (int c = 0; c < model.ColumnCount(); ++c) {
         const QString& name = model.Column(c).name;
         const bool stored = def && !name.isEmpty() && def->field(name) != nullptr;
