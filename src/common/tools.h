@@ -49,6 +49,7 @@ inline constexpr ToolId kOpen = u"ID_Open";
 inline constexpr ToolId kDelete = u"ID_Delete";
 inline constexpr ToolId kPrint = u"ID_Print";
 inline constexpr ToolId kPrintForm = u"ID_PrintForm";
+inline constexpr ToolId kExport = u"ID_Export";
 inline constexpr ToolId kCopyToDiskette = u"ID_CopyToDiskette";
 inline constexpr ToolId kCopyFromDiskette = u"ID_CopyFromDiskette";
 inline constexpr ToolId kExit = u"ID_Exit";

@@ -4,6 +4,7 @@
 #include "common/tools.h"
 #include "common/ui/formhelpers.h"
 #include "common/ui/toolactions.h"
+#include "exchange/ui/frmExport.h"
 #include "shell/mainstate.h"
 #include "shell/maintools.h"
 #include "shell/ui/fitwidgets.h"
@@ -585,6 +586,8 @@ void frmMain::ToolClick(const QString& id) {
         FilterToggled(tool(id)->isChecked());
     } else if (id == tools::kPrint) {
         PrintGrid();
+    } else if (id == tools::kExport) {
+        ExportGrid();
     } else if (id == tools::kCalculator) {
         StartCalculator();
     } else if (id == tools::kCopyToDiskette) {
@@ -594,6 +597,31 @@ void frmMain::ToolClick(const QString& id) {
     } else if (id == tools::kExit) {
         close();
     }
+}
+
+void frmMain::ExportGrid() {
+    // Each list mode's table and key, for its raw values.
+    static const QHash<QString, std::pair<QString, QString>> kTables = {
+        {tools::kRuns, {QStringLiteral("tblRuns"), QStringLiteral("lRun_id")}},
+        {tools::kEvents, {QStringLiteral("tblEvents"), QStringLiteral("lEvent_id")}},
+        {tools::kCars, {QStringLiteral("tblCars"), QStringLiteral("lCar_id")}},
+        {tools::kTracks, {QStringLiteral("tblTracks"), QStringLiteral("lTrack_id")}},
+        {tools::kExpenses, {QStringLiteral("tblExpenses"), QStringLiteral("lExpense_id")}},
+    };
+    const auto table = kTables.value(layout_.mode);
+    exchange::ListSource source = exchange::StoredSource(db_, *model_, table.first, table.second);
+    // A looked-up column shows a name where the table keeps a number: the name is what a
+    // reader of the file wants.
+    for (size_t c = 0; c < layout_.columns.size() && c < source.fields.size(); ++c) {
+        if (layout_.columns[c].lookup) {
+            source.fields[c].clear();
+        }
+    }
+    QString name = layout_.mode.mid(3) + QStringLiteral(".csv");
+    if (!state_.car.desc.isEmpty()) {
+        name = state_.car.desc + u' ' + name;
+    }
+    exchange::ShowExport(db_, messages_, source, name, this);
 }
 
 void frmMain::RunsTool() {

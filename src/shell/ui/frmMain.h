@@ -175,6 +175,7 @@ private:
     void FillSelector(QComboBox* combo, const QString& sql, const QString& keyColumn,
                       const QString& textColumn, const QString& firstRow);
     void RunsTool();
+    void ExportGrid();
     ListContext CurrentListContext() const;
     // The grid made anew from layout_: columns, rows, selection, notes.
     void LayoutShow();
