@@ -11,6 +11,7 @@
 #include "store/ui/frmSplash.h"
 #include "support/gui.h"
 #include "support/logbook.h"
+#include "support/program.h"
 #include "support/scriptedmessages.h"
 
 #include <gtest/gtest.h>
@@ -104,25 +105,7 @@ public:
 
 }  // namespace
 
-// The program's main window over a logbook of its own, with every window registered.
-struct Program : ::testing::Test {
-    // The main window loaded over the logbook as the test has filled it, and shown.
-    shell::frmMain& Start(bool show = true) {
-        main.emplace(lb.db(), messages, notifier, clock, QString(), QStringLiteral("/nonexistent"));
-        app::RegisterWindows(*main);
-        main->FormLoadStuff();
-        if (show) {
-            test::ShowActive(*main);
-        }
-        return *main;
-    }
-
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
-    std::optional<shell::frmMain> main;
-};
+using Program = test::ProgramTest;
 
 TEST(Windows, SplashShowsVersionAndStatusAndAnyKeyClosesIt) {
     store::frmSplash splash;

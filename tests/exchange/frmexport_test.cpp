@@ -5,6 +5,7 @@
 #include "store/logbookevents.h"
 #include "support/gui.h"
 #include "support/logbook.h"
+#include "support/program.h"
 #include "support/scriptedmessages.h"
 
 #include <QApplication>
@@ -25,15 +26,7 @@ using namespace slipbook;
 
 namespace {
 
-struct ExportWindow : ::testing::Test {
-    shell::frmMain& Start() {
-        main.emplace(lb.db(), messages, notifier, clock, QString(), QStringLiteral("/nonexistent"));
-        app::RegisterWindows(*main);
-        main->FormLoadStuff();
-        test::ShowActive(*main);
-        return *main;
-    }
-
+struct ExportWindow : test::ProgramTest {
     // Presses File > Export... and, in the dialog it opens, types the file name, picks the
     // values and presses Export.
     void ExportThroughMenu(const QString& path, bool raw) {
@@ -42,6 +35,7 @@ struct ExportWindow : ::testing::Test {
             QWidget* dialog = QApplication::activeModalWidget();
             ASSERT_NE(dialog, nullptr);
             ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog));
+            test::Grab(*dialog, QStringLiteral("frmExport"));
             test::Type(test::Child<QLineEdit>(*dialog, "txtFileName"), path);
             if (raw) {
                 auto* option = test::Child<QRadioButton>(*dialog, "optRaw");
@@ -62,12 +56,6 @@ struct ExportWindow : ::testing::Test {
         EXPECT_TRUE(exchange::csv::ReadAll(file.readAll(), rows).ok);
         return rows;
     }
-
-    test::TempLogbook lb;
-    test::ScriptedMessages messages;
-    store::LogbookEvents notifier;
-    SystemClock clock;
-    std::optional<shell::frmMain> main;
 };
 
 }  // namespace
