@@ -43,6 +43,11 @@ constexpr Tool kTools[] = {
      .standardKey = K::Print,
      .barGroup = 2,
      .tip = "Print this window"},
+    // Offered only by the windows with a list of records to write out.
+    {.id = kExport,
+     .caption = "&Export...",
+     .menu = kMnuFile,
+     .tip = "Write the list to a CSV file"},
     {.id = kClose,
      .caption = "&Close",
      .menu = kMnuFile,

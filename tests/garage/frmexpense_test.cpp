@@ -7,13 +7,20 @@
 #include "support/gui.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
 
 using namespace slipbook;
 using namespace slipbook::test;
@@ -302,3 +309,41 @@ TEST_F(ExpenseWindow, AnAmountTheLogbookCantKeepIsRefused) {
 }
 
 }  // namespace
+
+TEST_F(ExpenseWindow, FileExportWritesTheListAsShownOrWithItsStoredValues) {
+    Insert(1, "03/15/2024", 10, "1234567.89", "1", "0", "Engine, \"fresh\"");
+    Insert(2, "03/16/2024", 10, "0.1", "0", "0", "=SUM(A1)");
+    auto window = Open();
+    QTemporaryDir dir;
+    const auto exportAs = [&](const QString& name, bool raw) {
+        bool driven = false;
+        QTimer::singleShot(0, [&] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            ASSERT_NE(dialog, nullptr);
+            Type(Child<QLineEdit>(*dialog, "txtFileName"), dir.filePath(name));
+            if (raw) {
+                auto* option = Child<QRadioButton>(*dialog, "optRaw");
+                QTest::mouseClick(option, Qt::LeftButton, {}, QPoint(8, option->height() / 2));
+            }
+            QTest::mouseClick(Child<QCheckBox>(*dialog, "chkByteOrderMark"), Qt::LeftButton);
+            QTest::mouseClick(Child<QPushButton>(*dialog, "cmdExport"), Qt::LeftButton);
+            driven = true;
+        });
+        Press(*window, tools::kExport);
+        EXPECT_TRUE(driven);
+        QFile file(dir.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return QString::fromUtf8(file.readAll()).split(QStringLiteral("\r\n"));
+    };
+    const QStringList shown = exportAs(QStringLiteral("shown.csv"), false);
+    EXPECT_EQ(shown.value(0), QStringLiteral("Date,Amount,Category,Car,Event,Description"));
+    EXPECT_EQ(
+        shown.value(1),
+        QStringLiteral("03/15/2024,\"1,234,567.89\",Other,My Race Car,,\"Engine, \"\"fresh\"\"\""));
+    // A cell a spreadsheet would take for a formula is written so that it never runs.
+    EXPECT_EQ(shown.value(2), QStringLiteral("03/16/2024,0.10,Other,,,'=SUM(A1)"));
+    const QStringList raw = exportAs(QStringLiteral("raw.csv"), true);
+    EXPECT_EQ(raw.value(1),
+              QStringLiteral("2024-03-15,1234567.89,Other,My Race Car,,\"Engine, \"\"fresh\"\"\""));
+    EXPECT_EQ(raw.value(2), QStringLiteral("2024-03-16,0.1,Other,,,'=SUM(A1)"));
+}

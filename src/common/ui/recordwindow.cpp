@@ -223,6 +223,12 @@ void RecordWindow::BuildTools() {
     // Shortcuts work whether or not a menu or bar shows the tool.
     addActions(tools_);
     SetToolTips(QStringLiteral("record"));
+    tool(tools::kExport)->setVisible(false);
+}
+
+void RecordWindow::OfferExport(std::function<void()> exporter) {
+    export_ = std::move(exporter);
+    tool(tools::kExport)->setVisible(static_cast<bool>(export_));
 }
 
 void RecordWindow::SetToolTips(const QString& noun) {
@@ -952,6 +958,8 @@ void RecordWindow::ToolClick(const QString& toolId) {
         RecordDelete();
     } else if (toolId == tools::kClose) {
         close();
+    } else if (toolId == tools::kExport && export_) {
+        export_();
     }
 }
 

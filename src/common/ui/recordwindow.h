@@ -272,6 +272,8 @@ protected:
                               int stretchColumn, QAbstractProxyModel* proxy = nullptr);
     // A filter changed: the grid reloads, and the shown record follows it.
     virtual void FiltersChanged();
+    // File > Export... for a window whose list can be written out; hidden until offered.
+    void OfferExport(std::function<void()> exporter);
     // After the grid reloaded: the shown record, if still listed, stays selected; else the
     // first line is shown, unless edits are pending.
     void FollowGrid();
@@ -355,6 +357,7 @@ private:
     QMenuBar* menuBar_ = nullptr;
     QToolBar* toolBar_ = nullptr;
     std::function<void()> help_;
+    std::function<void()> export_;
     std::function<void()> about_;
     std::function<void(QWidget*)> print_;
 };

@@ -4,6 +4,7 @@
 #include "common/textgrid.h"
 #include "common/tools.h"
 #include "common/ui/formhelpers.h"
+#include "exchange/ui/frmExport.h"
 #include "store/access.h"
 #include "store/recordset.h"
 
@@ -75,6 +76,17 @@ void frmExpense::BuildBody() {
     ssdbgExpenses_ = grid.view;
     model_ = grid.model;
     splitter->addWidget(grid.area);
+    // Raw values from the stored columns; the looked-up names are written as shown.
+    OfferExport([this] {
+        exchange::ShowExport(db_, messages_,
+                             {model_,
+                              QStringLiteral("tblExpenses"),
+                              QStringLiteral("lExpense_id"),
+                              {QStringLiteral("lExpense_id"), QStringLiteral("dtExpense_dt"),
+                               QStringLiteral("cExpense_amt"), QString(), QString(), QString(),
+                               QStringLiteral("sExpenseNotes_tx")}},
+                             QStringLiteral("Expenses.csv"), this);
+    });
 
     auto* panel = new QWidget(splitter);
     auto* fields = new QGridLayout(panel);

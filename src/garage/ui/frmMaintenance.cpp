@@ -4,6 +4,7 @@
 #include "common/textgrid.h"
 #include "common/tools.h"
 #include "common/ui/formhelpers.h"
+#include "exchange/ui/frmExport.h"
 #include "store/dberror.h"
 #include "store/recordset.h"
 
@@ -148,6 +149,19 @@ void frmMaintenance::BuildBody() {
     ssdbgMaintenances_ = grid.view;
     model_ = grid.model;
     splitter->addWidget(grid.area);
+    // Raw values from the stored columns; the car's name and the runs remaining are written as
+    // shown.
+    OfferExport([this] {
+        exchange::ShowExport(
+            db_, messages_,
+            {model_,
+             QStringLiteral("tblMaintenance"),
+             QStringLiteral("lMaintenance_id"),
+             {QStringLiteral("lMaintenance_id"), QString(), QStringLiteral("sMaintenanceNotes_tx"),
+              QStringLiteral("iScheduledRuns"), QStringLiteral("iRunsMade"), QString(),
+              QStringLiteral("bCompleted"), QStringLiteral("dtMaintenance_dt")}},
+            QStringLiteral("Maintenance.csv"), this);
+    });
 
     auto* panel = new QWidget(splitter);
     auto* fields = new QGridLayout(panel);
