@@ -44,9 +44,12 @@ Application::Application(int& argc, char** argv)
                     : static_cast<Messages&>(qtMessages_)) {
     // Names the user's data folder, used when the program's folder is not writable.
     setApplicationName(QStringLiteral("Slipbook"));
+    // Ties the windows to the installed desktop entry and its icon.
+    setDesktopFileName(QStringLiteral("org.slipbook.Slipbook"));
     setApplicationVersion(
         QStringLiteral("%1.%2").arg(store::kVersionMajor).arg(store::kVersionMinor));
     appDir_ = applicationDirPath();
+    resourceDir_ = store::ResourceFolder(appDir_);
     commandLine_ = CommandLineFromArguments(arguments());
 }
 
@@ -61,7 +64,7 @@ Application::~Application() {
 bool Application::Start() {
     const QString dataDir = store::DataFolder(appDir_);
     const store::StartupOutcome outcome =
-        store::RunStartup(db_, messages_, *this, clock_, appDir_, dataDir);
+        store::RunStartup(db_, messages_, *this, clock_, resourceDir_, dataDir);
     if (outcome == store::StartupOutcome::Ended) {
         qtMessages_.setParent(nullptr);
         main_.reset();
@@ -139,7 +142,7 @@ void Application::SetSplashStatus(const QString& status) {
 
 void Application::LoadMainWindow() {
     main_ = std::make_unique<shell::frmMain>(db_, messages_, events_, wallClock_, commandLine_,
-                                             appDir_);
+                                             resourceDir_);
     main_->setStatusReporter([this](const QString& status) { SetSplashStatus(status); });
     RegisterWindows(*main_);
 }

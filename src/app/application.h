@@ -70,6 +70,7 @@ private:
     void ReportError(const std::exception& error);
 
     QString appDir_;
+    QString resourceDir_;  // the template and the help pages
     QString commandLine_;
     store::Database db_;
     shell::QtMessages qtMessages_;

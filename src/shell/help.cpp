@@ -9,8 +9,8 @@ bool HelpState::available() const {
     return !path.isEmpty() && QFileInfo(path).isFile();
 }
 
-HelpState HelpInit(const QString& appDir) {
-    return HelpState{QDir(appDir).filePath(QStringLiteral("help/index.html"))};
+HelpState HelpInit(const QString& resourceDir) {
+    return HelpState{QDir(resourceDir).filePath(QStringLiteral("help/index.html"))};
 }
 
 }  // namespace slipbook::shell

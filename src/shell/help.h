@@ -1,6 +1,7 @@
 #pragma once
 
-// The help pages: a folder of HTML pages beside the program, opened in the platform's viewer.
+// The help pages: a folder of HTML pages beside the program (or in the shared data folder of an
+// installed one), opened in the platform's viewer.
 
 #include <QString>
 
@@ -11,7 +12,7 @@ struct HelpState {
     bool available() const;
 };
 
-// Keeps the path of the contents page, <appDir>/help/index.html.
-HelpState HelpInit(const QString& appDir);
+// Keeps the path of the contents page, <resourceDir>/help/index.html.
+HelpState HelpInit(const QString& resourceDir);
 
 }  // namespace slipbook::shell

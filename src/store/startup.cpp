@@ -28,6 +28,13 @@ bool FolderTakesFiles(const QString& dir) {
     return probe.open();
 }
 
+// Installed: no template folder beside the program, and the prefix's shared data folder. Folders
+// rather than the template itself, so a lost template still gets the install box naming it.
+bool IsInstalled(const QString& appDir) {
+    return !QFileInfo(QDir(appDir).filePath(QStringLiteral("Upgrade"))).isDir() &&
+           QFileInfo(InstalledResourceFolder(appDir)).isDir();
+}
+
 }  // namespace
 
 QString VersionText() {
@@ -46,13 +53,25 @@ QString LogbookFileName() {
     return QStringLiteral("Slipbook.db");
 }
 
+QString InstalledResourceFolder(const QString& appDir) {
+    return QDir::cleanPath(QDir(appDir).absoluteFilePath(QStringLiteral(SLIPBOOK_SHARE_FROM_BIN)));
+}
+
+QString ResourceFolder(const QString& appDir) {
+    if (!IsInstalled(appDir)) {
+        return appDir;
+    }
+    return InstalledResourceFolder(appDir);
+}
+
 QString DataFolder(const QString& appDir) {
     const QString chosen = qEnvironmentVariable("SLIPBOOK_DIR");
     if (!chosen.isEmpty()) {
         QDir().mkpath(chosen);
         return QDir(chosen).absolutePath();
     }
-    if (FolderTakesFiles(appDir)) {
+    // A prefix's bin/ (~/.local/bin for one) is no place for a logbook even when writable.
+    if (!IsInstalled(appDir) && FolderTakesFiles(appDir)) {
         return QDir(appDir).absolutePath();
     }
     const QString userData = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
@@ -60,8 +79,8 @@ QString DataFolder(const QString& appDir) {
     return userData;
 }
 
-QString TemplatePath(const QString& appDir) {
-    return QDir(appDir).filePath(QStringLiteral("Upgrade/") + LogbookFileName());
+QString TemplatePath(const QString& resourceDir) {
+    return QDir(resourceDir).filePath(QStringLiteral("Upgrade/") + LogbookFileName());
 }
 
 QString LogbookPath(const QString& dataDir) {
@@ -107,9 +126,9 @@ QString InstallErrorText(const QString& templatePath, const QString& logbookPath
 }
 
 StartupOutcome RunStartup(Database& db, Messages& messages, StartupUi& ui, Clock& clock,
-                          const QString& appDir, const QString& dataDir) {
+                          const QString& resourceDir, const QString& dataDir) {
     const QString path = LogbookPath(dataDir);
-    const QString source = TemplatePath(appDir);
+    const QString source = TemplatePath(resourceDir);
     bool firstStart = false;
     bool splashShown = false;
     bool busy = false;

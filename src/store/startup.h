@@ -19,11 +19,18 @@ QString AppTitle();         // "Slipbook Pro"
 QString MainCaption();      // "Slipbook Pro - Version 1.0"
 QString LogbookFileName();  // "Slipbook.db"
 
+// The folder with the template and the help pages: the program's own folder in a build tree or
+// a copied folder; the shared data folder of the prefix (<prefix>/share/slipbook) when the program
+// is installed in bin/ of a prefix and its own folder has no Upgrade/ folder.
+QString ResourceFolder(const QString& appDir);
+// <appDir>/../share/slipbook, where an installed program keeps its template and help.
+QString InstalledResourceFolder(const QString& appDir);
+
 // The folder that holds the logbook: $SLIPBOOK_DIR when set (created if needed); else the
-// program's own folder when it can be written; else the user's application data folder, created
-// if needed.
+// program's own folder when it can be written and the program is not installed under a prefix;
+// else the user's application data folder, created if needed.
 QString DataFolder(const QString& appDir);
-QString TemplatePath(const QString& appDir);  // <appDir>/Upgrade/Slipbook.db
+QString TemplatePath(const QString& resourceDir);  // <resourceDir>/Upgrade/Slipbook.db
 QString LogbookPath(const QString& dataDir);
 
 // Copies the template to the logbook path through a temporary file in the same folder, so that
@@ -66,8 +73,8 @@ enum class StartupOutcome {
 };
 
 // The start-up sequence. `dataDir` holds (or receives) the logbook; the template is looked for
-// under `appDir` only when the logbook is absent.
+// under `resourceDir` only when the logbook is absent.
 StartupOutcome RunStartup(Database& db, Messages& messages, StartupUi& ui, Clock& clock,
-                          const QString& appDir, const QString& dataDir);
+                          const QString& resourceDir, const QString& dataDir);
 
 }  // namespace slipbook::store

@@ -376,7 +376,7 @@ TEST(Startup, AFailureAfterTheOpenEndsTheStartWithABox) {
     }
 }
 
-TEST(Startup, DataFolderFollowsTheEnvironmentThenTheProgramFolder) {
+TEST(Startup, DataAndResourceFoldersFollowTheEnvironmentAndTheInstalledLayout) {
     const QByteArray saved = qgetenv("SLIPBOOK_DIR");
     const bool wasSet = qEnvironmentVariableIsSet("SLIPBOOK_DIR");
     QStandardPaths::setTestModeEnabled(true);
@@ -396,6 +396,24 @@ TEST(Startup, DataFolderFollowsTheEnvironmentThenTheProgramFolder) {
     const QString userData = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     EXPECT_EQ(DataFolder(nowhere), userData);
     EXPECT_TRUE(QFileInfo(userData).isDir());
+
+    // Installed under a prefix: the template and help come from the prefix's shared folder and the
+    // logbook goes to the user's data folder, though bin/ takes files.
+    QTemporaryDir prefix;
+    const QString bin = prefix.filePath(QStringLiteral("bin"));
+    const QString share = InstalledResourceFolder(bin);
+    ASSERT_TRUE(share.startsWith(prefix.path() + u'/')) << share.toStdString();
+    ASSERT_TRUE(QDir().mkpath(bin));
+    ASSERT_TRUE(QDir().mkpath(share + QStringLiteral("/Upgrade")));
+    ASSERT_TRUE(QFile::copy(test::TemplatePath(), TemplatePath(share)));
+    EXPECT_EQ(ResourceFolder(bin), share);
+    EXPECT_EQ(DataFolder(bin), userData);
+    // A program with its template beside it is a build or a copied folder, whatever is around.
+    ASSERT_TRUE(QDir().mkpath(bin + QStringLiteral("/Upgrade")));
+    ASSERT_TRUE(QFile::copy(test::TemplatePath(), TemplatePath(bin)));
+    EXPECT_EQ(ResourceFolder(bin), bin);
+    EXPECT_EQ(DataFolder(bin), QDir(bin).absolutePath());
+    EXPECT_EQ(ResourceFolder(nowhere), nowhere);
 
     if (wasSet) {
         qputenv("SLIPBOOK_DIR", saved);

@@ -71,7 +71,7 @@ int PixelsOf(int twips, const QFontMetrics& fm) {
 }  // namespace
 
 frmMain::frmMain(store::Database& db, Messages& messages, store::LogbookEvents& events,
-                 const WallClock& clock, const QString& commandLine, const QString& appDir,
+                 const WallClock& clock, const QString& commandLine, const QString& resourceDir,
                  QWidget* parent)
     : QMainWindow(parent),
       db_(db),
@@ -93,7 +93,7 @@ frmMain::frmMain(store::Database& db, Messages& messages, store::LogbookEvents& 
     loading_ = true;
     lockCount_ = 0;
     state_.weatherDir = WeatherDirInit(commandLine);
-    help_ = HelpInit(appDir);
+    help_ = HelpInit(resourceDir);
     appTitle_ = store::AppTitle();
     setWindowTitle(store::MainCaption());
     predictions_.ClearAll();

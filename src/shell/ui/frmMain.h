@@ -58,7 +58,7 @@ public:
     using PathChooser = std::function<QString(const QString& caption, bool folder)>;
 
     frmMain(store::Database& db, Messages& messages, store::LogbookEvents& events,
-            const WallClock& clock, const QString& commandLine, const QString& appDir,
+            const WallClock& clock, const QString& commandLine, const QString& resourceDir,
             QWidget* parent = nullptr);
     ~frmMain() override;
 
