@@ -3,13 +3,12 @@
 // both times; the target is 2 s each.
 //   build/bench/bench_export [RUNS]
 #include "logbookgen.h"
+#include "mainbench.h"
 
-#include "common/clock.h"
 #include "common/tools.h"
 #include "exchange/listexport.h"
 #include "shell/ui/frmMain.h"
 #include "store/database.h"
-#include "store/logbookevents.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -27,13 +26,9 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     const int runs = argc > 1 ? std::atoi(argv[1]) : 100000;
     const QString logbook = bench::OneCarLogbook(QStringLiteral("export"), runs);
-    store::Database db;
-    db.Open(logbook);
-    bench::PrintedMessages messages;
-    store::LogbookEvents events;
-    SystemClock clock;
-    shell::frmMain main(db, messages, events, clock, QString(),
-                        QCoreApplication::applicationDirPath());
+    bench::MainOnLogbook program(logbook);
+    store::Database& db = program.db;
+    shell::frmMain& main = program.main;
     main.FormLoadStuff();
     QComboBox* views = main.selector(QStringLiteral("ID_Views"));
     views->setCurrentIndex(views->findData(QVariant::fromValue(bench::WidestShippedView(db))));

@@ -5,6 +5,7 @@
 // the ratio.
 //   build/bench/bench_filter [RUNS]
 #include "logbookgen.h"
+#include "mainbench.h"
 
 #include "common/tools.h"
 #include "shell/ui/frmMain.h"
@@ -76,13 +77,9 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     const int runs = argc > 1 ? std::atoi(argv[1]) : 100000;
     const QString logbook = bench::OneCarLogbook(QStringLiteral("filter"), runs);
-    store::Database db;
-    db.Open(logbook);
-    bench::PrintedMessages messages;
-    store::LogbookEvents events;
-    SystemClock clock;
-    shell::frmMain main(db, messages, events, clock, QString(),
-                        QCoreApplication::applicationDirPath());
+    bench::MainOnLogbook program(logbook);
+    store::Database& db = program.db;
+    shell::frmMain& main = program.main;
     main.RegisterWindow(tools::kFilter,
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             auto* w = new views::frmFilter(ctx, owner);
@@ -122,8 +119,8 @@ int main(int argc, char** argv) {
             {
                 QElapsedTimer t;
                 t.start();
-                const auto built = views::BuildRunFilter(db, w->form().rows(),
-                                                         {1, 0, QDate(2024, 7, 4)}, messages);
+                const auto built = views::BuildRunFilter(
+                    db, w->form().rows(), {1, 0, QDate(2024, 7, 4)}, program.messages);
                 if (!views::FilterHasRuns(db, built.sql)) {
                     std::fprintf(stderr, "%s: no runs\n", name);
                     return 1;

@@ -3,6 +3,7 @@
 // column. Prints wall times, the ratio and the peak memory.
 //   build/bench/bench_runlist [RUNS] [--shot FILE.png]
 #include "logbookgen.h"
+#include "mainbench.h"
 
 #include "shell/ui/frmMain.h"
 #include "store/database.h"
@@ -47,13 +48,9 @@ int main(int argc, char** argv) {
         }
     }
     const QString logbook = bench::OneCarLogbook(QStringLiteral("runlist"), runs);
-    store::Database db;
-    db.Open(logbook);
-    bench::PrintedMessages messages;
-    store::LogbookEvents events;
-    SystemClock clock;
-    shell::frmMain main(db, messages, events, clock, QString(),
-                        QCoreApplication::applicationDirPath());
+    bench::MainOnLogbook program(logbook);
+    store::Database& db = program.db;
+    shell::frmMain& main = program.main;
     main.FormLoadStuff();
 
     QComboBox* views = main.selector(QStringLiteral("ID_Views"));

@@ -263,6 +263,10 @@ QString ValueText(const QVariant& value) {
     }
 }
 
+QString NumberOrEmptyText(const QVariant& value) {
+    return value.isNull() ? QString() : PlainNumberText(value.toDouble());
+}
+
 namespace {
 
 bool IsNullValue(const QVariant& value) {

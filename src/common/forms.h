@@ -50,6 +50,9 @@ QString TimeMaskValue(const QVariant& value, bool withSeconds);
 // flags as "True"/"False", Null as the empty text.
 QString ValueText(const QVariant& value);
 
+// A stored number as a number box shows it: PlainNumberText, or the empty text for Null.
+QString NumberOrEmptyText(const QVariant& value);
+
 // The empty pattern of a mask ("##/##/####" gives "__/__/____": each "#" becomes "_", every
 // other character stays) for Null or the empty text; else the value as text.
 QString MaskClipValue(const QVariant& value, QStringView mask);

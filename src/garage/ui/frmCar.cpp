@@ -25,10 +25,6 @@ namespace {
 const QString kNotesPlaceholder = QStringLiteral("<Type notes here>");
 const QString kWeightName = QStringLiteral("Weight");
 
-QString WeightText(const QVariant& value) {
-    return value.isNull() ? QString() : PlainNumberText(value.toDouble());
-}
-
 // Checked before the save: a whole number within the column, or nothing.
 QVariant WeightValue(const QString& text) {
     const auto value = StrictNumber(text);
@@ -129,7 +125,7 @@ void frmCar::FillRecordList() {
 void frmCar::RecordToFields(const store::Recordset& rs) {
     txtCar_nm_->setText(rs.Value(QStringLiteral("sCar_nm")).toString());
     txtCar_num_->setText(rs.Value(QStringLiteral("sCar_num")).toString());
-    txtCar_weight_->setText(WeightText(rs.Value(QStringLiteral("iCarWeight_val"))));
+    txtCar_weight_->setText(NumberOrEmptyText(rs.Value(QStringLiteral("iCarWeight_val"))));
     chkCarryForward_->setChecked(rs.Value(QStringLiteral("lCarryForward_info")).toLongLong() != 0);
     // From the table, not the row set: the flag is also written by the main window's pick and
     // by this window's saves of other cars.

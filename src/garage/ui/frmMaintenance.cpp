@@ -36,10 +36,6 @@ namespace {
 const QString kNotesPlaceholder = QStringLiteral("<Type maintenance description here>");
 const QString kGridCaption = QStringLiteral("Maintenance Detail for selected Car(s)");
 
-QString CountText(const QVariant& value) {
-    return value.isNull() ? QString() : PlainNumberText(value.toDouble());
-}
-
 // A count as saved: a whole number, 0 when it is no number; past 16 bits the save fails as the
 // original's conversion does.
 int SavedCount(const QString& text) {
@@ -324,8 +320,8 @@ void frmMaintenance::Alert() {
 void frmMaintenance::RecordToFields(const store::Recordset& rs) {
     SelectComboId(cboCar_, rs.Value(QStringLiteral("lCar_id")));
     SetNotes(rtbMaintenanceNotes_tx_, rs.Value(QStringLiteral("sMaintenanceNotes_tx")).toString());
-    txtScheduledRuns_->setText(CountText(rs.Value(QStringLiteral("iScheduledRuns"))));
-    txtRunsMade_->setText(CountText(rs.Value(QStringLiteral("iRunsMade"))));
+    txtScheduledRuns_->setText(NumberOrEmptyText(rs.Value(QStringLiteral("iScheduledRuns"))));
+    txtRunsMade_->setText(NumberOrEmptyText(rs.Value(QStringLiteral("iRunsMade"))));
     chkCompleted_->setChecked(rs.Value(QStringLiteral("bCompleted")).toLongLong() != 0);
     mebMaintenance_dt_->setText(DateMaskValue(rs.Value(QStringLiteral("dtMaintenance_dt"))));
 }
