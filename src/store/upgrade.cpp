@@ -426,6 +426,8 @@ bool Rebuildable(const QList<QPair<QString, QString>>& have, const ShapeTable& t
     return true;
 }
 
+// One-off engine statements of the rebuild: ExecRaw keeps each statement prepared for reuse,
+// which suits the few savepoint statements and not a hundred table texts run once.
 void Raw(Database& db, const QString& sql) {
     char* error = nullptr;
     if (sqlite3_exec(db.handle(), sql.toUtf8().constData(), nullptr, nullptr, &error) !=
