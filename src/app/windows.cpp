@@ -1,5 +1,10 @@
 #include "app/windows.h"
 
+#include "analysis/ui/frmCharts.h"
+#include "analysis/ui/frmReportCard.h"
+#include "analysis/ui/frmStatistics.h"
+#include "exchange/ui/frmImport.h"
+
 #include "common/tools.h"
 #include "garage/ui/frmCar.h"
 #include "garage/ui/frmEvent.h"
@@ -15,6 +20,7 @@
 #include "views/ui/frmFilter.h"
 #include "views/ui/frmView.h"
 #include "weather/ui/frmWeather.h"
+#include "weather/ui/frmWeatherHistory.h"
 
 namespace slipbook::app {
 
@@ -62,6 +68,19 @@ void RegisterWindows(shell::frmMain& main) {
                             return WithHelp(Owned(new run::frmRun(ctx, owner)), ctx.main);
                         });
     main.RegisterDelete(tools::kRuns, run::DeleteRunFromList);
+    main.RegisterShow(
+        shell::windows::kRun,
+        [](const shell::WindowContext& ctx, QWidget* owner, qint64 runId) -> QWidget* {
+            // One run window at a time: the open one goes first, with its question.
+            if (QWidget* open = ctx.main.OpenWindow(tools::kRuns)) {
+                if (!open->close()) {
+                    return nullptr;
+                }
+            }
+            QWidget* w = WithHelp(Owned(new run::frmRun(ctx, runId, owner)), ctx.main);
+            w->show();
+            return w;
+        });
     main.RegisterWindow(tools::kEvents, Record<garage::frmEvent>);
     main.RegisterWindow(tools::kTracks, Record<garage::frmTrack>);
     main.RegisterWindow(tools::kCars, Record<garage::frmCar>);
@@ -86,6 +105,28 @@ void RegisterWindows(shell::frmMain& main) {
     main.RegisterWindow(tools::kFilter,
                         [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
                             return Owned(new views::frmFilter(ctx, owner));
+                        });
+    main.RegisterWindow(tools::kImportRuns,
+                        [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
+                            auto* w = Owned(new exchange::frmImport(ctx, owner));
+                            w->setWindowModality(Qt::WindowModal);
+                            return w;
+                        });
+    main.RegisterWindow(tools::kWeatherHistory,
+                        [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
+                            return Owned(new weather::frmWeatherHistory(ctx, owner));
+                        });
+    main.RegisterWindow(tools::kCharts,
+                        [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
+                            return Owned(new analysis::frmCharts(ctx, owner));
+                        });
+    main.RegisterWindow(tools::kStatistics,
+                        [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
+                            return Owned(new analysis::frmStatistics(ctx, owner));
+                        });
+    main.RegisterWindow(tools::kReportCard,
+                        [](const shell::WindowContext& ctx, QWidget* owner) -> QWidget* {
+                            return Owned(new analysis::frmReportCard(ctx, owner));
                         });
     main.RegisterPrediction(
         [](const shell::WindowContext& ctx, QWidget* owner) -> shell::PredictionWindow* {

@@ -19,6 +19,8 @@ inline constexpr QStringView kCarTuneUp = u"CarTuneUp";
 // A car's setup runs of the density altitude and of the throttle stop program.
 inline constexpr QStringView kCarSetupDA = u"CarSetupDA";
 inline constexpr QStringView kCarSetupTS = u"CarSetupTS";
+// The run window on one saved run, from a chart or a list of another window.
+inline constexpr QStringView kRun = u"Run";
 }  // namespace windows
 
 // The weather window as the program windows read it: the text of a box by its name.

@@ -48,6 +48,11 @@ constexpr Tool kTools[] = {
      .caption = "&Export...",
      .menu = kMnuFile,
      .tip = "Write the list to a CSV file for a spreadsheet"},
+    {.id = kImportRuns,
+     .caption = "&Import Runs...",
+     .menu = kMnuFile,
+     .tip = "Read time slips from a CSV file into the logbook",
+     .startsDisabled = true},
     {.id = kCopyToDiskette,
      .caption = "Copy To Diskette",
      .menu = kMnuFile,
@@ -169,6 +174,27 @@ constexpr Tool kTools[] = {
      .menu = kUtilities,
      .tip = "Nothing to do: every save is whole or not made at all"},
 
+    {.id = kWeatherHistory,
+     .caption = "Weather &History",
+     .menu = kMnuAnalysis,
+     .tip = "The weather readings of a day or an event, listed and charted",
+     .startsDisabled = true},
+    {.id = kCharts,
+     .caption = "&Charts",
+     .menu = kMnuAnalysis,
+     .tip = "The car's runs charted against the air and over time",
+     .startsDisabled = true},
+    {.id = kStatistics,
+     .caption = "&Statistics",
+     .menu = kMnuAnalysis,
+     .tip = "Reaction times, ETs and consistency of the runs listed",
+     .startsDisabled = true},
+    {.id = kReportCard,
+     .caption = "Prediction &Report Card",
+     .menu = kMnuAnalysis,
+     .tip = "How well each dial-in method would have predicted the car's runs",
+     .startsDisabled = true},
+
     {.id = kContents,
      .caption = "Contents",
      .menu = kMnuHelp,
@@ -190,9 +216,9 @@ constexpr Tool kTools[] = {
 };
 
 constexpr Menu kMenus[] = {
-    {.id = kMnuFile, .caption = "&File"}, {.id = kMnuEdit, .caption = "&Edit"},
-    {.id = kMnuView, .caption = "&View"}, {.id = kUtilities, .caption = "&Utilities"},
-    {.id = kMnuHelp, .caption = "&Help"},
+    {.id = kMnuFile, .caption = "&File"},         {.id = kMnuEdit, .caption = "&Edit"},
+    {.id = kMnuView, .caption = "&View"},         {.id = kUtilities, .caption = "&Utilities"},
+    {.id = kMnuAnalysis, .caption = "&Analysis"}, {.id = kMnuHelp, .caption = "&Help"},
 };
 
 constexpr Selector kSelectors[] = {

@@ -520,6 +520,24 @@ void ConformToTemplate(Database& db) {
     }
 }
 
+// A table of this program's own made as the template makes it, with its indexes.
+void AddTemplateTable(Database& db, const QString& table) {
+    for (const ShapeTable& t : TemplateShape()) {
+        if (t.name.compare(table, Qt::CaseInsensitive) == 0) {
+            Raw(db, t.createSql);
+            for (const QString& index : t.indexSql) {
+                Raw(db, index);
+            }
+            return;
+        }
+    }
+}
+
+UpgradeStep TableStep(const QString& name, const QString& table) {
+    return {name, [table](Database& db) { return !db.TableExists(table); },
+            [table](Database& db) { AddTemplateTable(db, table); }, QStringList{table}};
+}
+
 QStringList Columns(const QString& table, const QStringList& names) {
     QStringList out;
     for (const QString& name : names) {
@@ -606,6 +624,9 @@ const std::vector<UpgradeStep>& UpgradeSteps() {
                      ShapeDiffers,
                      ConformToTemplate,
                      {}});
+        s.push_back(
+            TableStep(QStringLiteral("10 (import layouts)"), QStringLiteral("tblImportLayout")));
+        s.push_back(TableStep(QStringLiteral("11 (weather log)"), QStringLiteral("tblWeatherLog")));
         return s;
     }();
     return steps;

@@ -162,7 +162,8 @@ TEST(Windows, MainWindowLoadsItsStateAndOffersHelp) {
         menus << a->objectName() + ':' + a->text();
     }
     EXPECT_EQ(menus, (QStringList{"ID_mnuFile:&File", "ID_mnuEdit:&Edit", "ID_mnuView:&View",
-                                  "ID_Utilities:&Utilities", "ID_mnuHelp:&Help"}));
+                                  "ID_Utilities:&Utilities", "ID_mnuAnalysis:&Analysis",
+                                  "ID_mnuHelp:&Help"}));
     auto* help = main.findChild<QMenu*>(tools::kMnuHelp);
     ASSERT_NE(help, nullptr);
     EXPECT_TRUE(help->actions().contains(main.tool(tools::kContents)));

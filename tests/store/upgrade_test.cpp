@@ -21,6 +21,7 @@ enum class Level {
     Oldest,        // before the first step
     NoSegments,    // set-up runs, no segment times, custom fields or maintenance
     HoldingTable,  // as NoSegments, with the base values in their old holding table
+    NoOwnTables,   // the current level before the import layouts and the weather log
 };
 
 QString Rows(Database& db, const QString& sql) {
@@ -89,6 +90,11 @@ void DeleteListRows(Database& db, const QString& ids) {
 
 // The template taken back to an older level, as the steps' traces say it was.
 void TakeBack(Database& db, Level level) {
+    db.ExecRaw(QStringLiteral("DROP TABLE tblImportLayout"));
+    db.ExecRaw(QStringLiteral("DROP TABLE tblWeatherLog"));
+    if (level == Level::NoOwnTables) {
+        return;
+    }
     DropColumns(db, QStringLiteral("tblRuns"), kSegments + kCustom + kBase);
     DropColumns(db, QStringLiteral("tblCarSetup"),
                 kSegments + kCustom + kBase + QStringList{QStringLiteral("bEighthNotQuarter")});
@@ -159,7 +165,8 @@ TEST(Ladder, EveryOlderLevelComesUpToTheTemplateAndKeepsTheRacersRows) {
     test::TempLogbook current;
     const QString shape = Shape(current.db());
     const QString shipped = ShippedRows(current.db());
-    for (const Level level : {Level::Oldest, Level::NoSegments, Level::HoldingTable}) {
+    for (const Level level :
+         {Level::Oldest, Level::NoSegments, Level::HoldingTable, Level::NoOwnTables}) {
         SCOPED_TRACE(static_cast<int>(level));
         test::TempLogbook lb;
         Database& db = lb.db();
@@ -207,6 +214,13 @@ TEST(Ladder, EveryOlderLevelComesUpToTheTemplateAndKeepsTheRacersRows) {
                 EXPECT_EQ(cars, QStringLiteral("1|-1|3000|-1|<null>|<null>|<null>|<null>\n"
                                                "2|<null>|<null>|<null>|1.2|O'Neil|2.5|0.5\n"
                                                "3|<null>|<null>|<null>||88|1.5|1.382"));
+                break;
+            case Level::NoOwnTables:
+                // Only the two new tables are made; the cars are not touched.
+                EXPECT_EQ(cars,
+                          QStringLiteral("1|-1|3000|-1|<null>|<null>|<null>|<null>\n"
+                                         "2|<null>|<null>|<null>|<null>|<null>|<null>|0.5\n"
+                                         "3|<null>|<null>|<null>|<null>|<null>|<null>|<null>"));
                 break;
         }
     }

@@ -22,7 +22,9 @@ namespace slipbook::run {
 
 namespace {}  // namespace
 
-frmRun::frmRun(const shell::WindowContext& ctx, QWidget* parent)
+frmRun::frmRun(const shell::WindowContext& ctx, QWidget* parent) : frmRun(ctx, 0, parent) {}
+
+frmRun::frmRun(const shell::WindowContext& ctx, qint64 runId, QWidget* parent)
     : RecordWindow(ctx.db, ctx.messages, ctx.events, parent),
       main_(ctx.main),
       state_(ctx.state),
@@ -48,8 +50,11 @@ frmRun::frmRun(const shell::WindowContext& ctx, QWidget* parent)
     gridHeld_ = true;
     sstabSetup_->setCurrentIndex(kTabNotes);
     FillLists();
-    const bool asNew = state_.TakeNewRecordAsked();
-    if (!asNew) {
+    const bool asNew = runId == 0 && state_.TakeNewRecordAsked();
+    if (runId != 0) {
+        openRunId_ = runId;
+        savedRunId_ = runId;
+    } else if (!asNew) {
         openRunId_ = static_cast<qint64>(LeadingNumber(main_.SelectedKeyText()).value_or(0));
     }
     OpenRecords();

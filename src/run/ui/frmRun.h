@@ -34,6 +34,8 @@ class frmRun final : public RecordWindow {
 
 public:
     explicit frmRun(const shell::WindowContext& ctx, QWidget* parent = nullptr);
+    // On one saved run, whatever the main list shows: for the windows that point at a run.
+    frmRun(const shell::WindowContext& ctx, qint64 runId, QWidget* parent);
     ~frmRun() override;
 
     bool WeatherFetched() const { return weatherFetched_; }
@@ -127,7 +129,7 @@ private:
     std::unique_ptr<weather::PollTimer> timer_;
 
     qint64 openRunId_ = 0;   // the list's run the window opened on; 0 for a new run
-    qint64 savedRunId_ = 0;  // after a save the row set holds that run alone
+    qint64 savedRunId_ = 0;  // after a save, or opened on it, the row set holds that run alone
     bool gridHeld_ = false;
     bool activatePending_ = false;
     bool weatherRequested_ = false;

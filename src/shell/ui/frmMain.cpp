@@ -574,7 +574,9 @@ void frmMain::ToolClick(const QString& id) {
         RecordDelete();
     } else if (id == tools::kEvents || id == tools::kCars || id == tools::kTracks ||
                id == tools::kExpenses || id == tools::kMaintenance || id == tools::kWeather ||
-               id == tools::kTestTune || id == tools::kViewSetup) {
+               id == tools::kTestTune || id == tools::kViewSetup || id == tools::kImportRuns ||
+               id == tools::kWeatherHistory || id == tools::kCharts || id == tools::kStatistics ||
+               id == tools::kReportCard) {
         ShowToolWindow(id);
     } else if (id == tools::kRuns) {
         RunsTool();

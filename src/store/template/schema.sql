@@ -405,3 +405,35 @@ CREATE INDEX ixExpensesCar ON tblExpenses (lCar_id);
 CREATE INDEX ixExpensesEvent ON tblExpenses (lEvent_id);
 -- Every saved run counts up the open items of its car.
 CREATE INDEX ixMaintenanceCar ON tblMaintenance (lCar_id);
+
+-- How the columns of an imported file were matched to run fields, one row per layout of a file's
+-- first row, so a file of the same layout is matched the same way the next time.
+CREATE TABLE tblImportLayout (
+    lImportLayout_id COUNTER CONSTRAINT PrimaryKey PRIMARY KEY,
+    sLayout_key      Memo,
+    sMapping_tx      Memo,
+    dtUsed_dt        DateTime
+);
+
+CREATE UNIQUE INDEX ixImportLayoutKey ON tblImportLayout (sLayout_key);
+
+-- Every reading the weather window worked out, from the station or typed, by its date and time.
+-- The run window looks up the reading nearest a run's time, so the time is indexed.
+CREATE TABLE tblWeatherLog (
+    lWeatherLog_id          COUNTER CONSTRAINT PrimaryKey PRIMARY KEY,
+    dtReading_dt            DateTime,
+    iTemp_val               Number,
+    iHumidity_val           Number,
+    iBarometricPressure_val Number,
+    iPressureAltitude_val   Number,
+    iCorrFactor_val         Number,
+    iDensityAlt_val         Number,
+    iAirDensity_val         Number,
+    iVaporPressure_val      Number,
+    iDewPoint_val           Number,
+    iDryBarometer_val       Number,
+    iWetBulbTemp_val        Number,
+    sSource_nm              Text(10)
+);
+
+CREATE INDEX ixWeatherLogTime ON tblWeatherLog (dtReading_dt);

@@ -1,0 +1,3 @@
+#include "analysis/chartdata.h"
+
+namespace slipbook::analysis {}  // namespace slipbook::analysis

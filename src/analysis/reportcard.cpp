@@ -1,0 +1,3 @@
+#include "analysis/reportcard.h"
+
+namespace slipbook::analysis {}  // namespace slipbook::analysis

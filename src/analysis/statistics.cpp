@@ -1,0 +1,3 @@
+#include "analysis/statistics.h"
+
+namespace slipbook::analysis {}  // namespace slipbook::analysis

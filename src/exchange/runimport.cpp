@@ -1,0 +1,3 @@
+#include "exchange/runimport.h"
+
+namespace slipbook::exchange {}  // namespace slipbook::exchange

@@ -1,0 +1,3 @@
+#include "weather/weatherlog.h"
+
+namespace slipbook::weather {}  // namespace slipbook::weather

@@ -1,0 +1,3 @@
+#include "analysis/chartdata.h"
+
+#include <gtest/gtest.h>

@@ -1,0 +1,3 @@
+#include "analysis/reportcard.h"
+
+#include <gtest/gtest.h>

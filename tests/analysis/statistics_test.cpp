@@ -1,0 +1,3 @@
+#include "analysis/statistics.h"
+
+#include <gtest/gtest.h>
