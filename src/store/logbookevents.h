@@ -18,7 +18,8 @@ Q_SIGNALS:
     // A run was saved in one transaction; `added` when it is a new run.
     void runSaved(qint64 runId, bool added);
     void runDeleted(qint64 runId);
-    // Rows of `table` (not tblRuns) were added, changed or deleted.
+    // Rows of `table` were added, changed or deleted; for tblRuns, many runs at once (an
+    // import), where one runSaved each would rebuild the list row by row.
     void recordsChanged(const QString& table);
 };
 

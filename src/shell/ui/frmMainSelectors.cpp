@@ -213,6 +213,10 @@ void frmMain::RecordsChanged(const QString& table) {
         const qint64 current = state_.car.id;
         CarsLoad();
         KeepCar(current);
+    } else if (table == u"tblRuns") {
+        if (state_.view == tools::kRuns) {
+            ToolClick(tools::kRuns);
+        }
     } else if (table == u"tblListViewColumns") {
         ViewsLoad();
         // The run list's headers are the catalogue's: the list is loaded anew to show them.
