@@ -1,9 +1,12 @@
 // The setup runs window: picking a car's setup runs out of its runs, per program and distance.
 
 #include "prediction/ui/frmCarSetup.h"
+#include "exchange/csv.h"
 #include "support/gui.h"
 
 #include <QAbstractItemModel>
+#include <QApplication>
+#include <QFile>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -12,6 +15,8 @@
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTableView>
+#include <QTemporaryDir>
+#include <QTimer>
 
 using namespace slipbook;
 using namespace slipbook::test;
@@ -328,3 +333,35 @@ TEST_F(CarSetupWindow, AFailedAddSaysSoAndLeavesEverythingUsable) {
 }
 
 }  // namespace
+
+TEST_F(CarSetupWindow, TheSetupRunsGoToACsvFileWithTheirStoredValues) {
+    Run(101, 1, 9, "10.5", "6.5");
+    Run(102, 1, 10, "10.25", "6.4");
+    frmCarSetup* w = Open(QStringLiteral("TS"), true);
+    DoubleClickRow(AvailableGrid(w), 102);
+    ASSERT_EQ(Keys(SetupGrid(w)), (QList<qint64>{102}));
+
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("setup.csv"));
+    bool driven = false;
+    QTimer::singleShot(0, [&] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        Type(Child<QLineEdit>(*dialog, "txtFileName"), path);
+        auto* raw = Child<QRadioButton>(*dialog, "optRaw");
+        QTest::mouseClick(raw, Qt::LeftButton, {}, QPoint(8, raw->height() / 2));
+        QTest::mouseClick(Child<QPushButton>(*dialog, "cmdExport"), Qt::LeftButton);
+        driven = true;
+    });
+    Click(w, "cmdExport");
+    ASSERT_TRUE(driven);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    std::vector<QStringList> rows;
+    ASSERT_TRUE(exchange::csv::ReadAll(file.readAll(), rows).ok);
+    ASSERT_EQ(rows.size(), 2u);
+    // Only the run on the list, the throttle stop as stored and the date in ISO form.
+    EXPECT_TRUE(rows[1].contains(QStringLiteral("2.125")));
+    EXPECT_TRUE(rows[1].contains(QStringLiteral("2003-07-04")));
+    EXPECT_TRUE(rows[1].contains(QStringLiteral("10.25")));
+}

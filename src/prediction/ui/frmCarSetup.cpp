@@ -1,5 +1,7 @@
 #include "prediction/ui/frmCarSetup.h"
 
+#include "exchange/ui/frmExport.h"
+
 #include "common/textgrid.h"
 #include "common/ui/formhelpers.h"
 #include "prediction/setupruns.h"
@@ -156,8 +158,12 @@ void frmCarSetup::BuildLayout() {
     layout->addWidget(splitter, 1);
 
     auto* closeRow = new QHBoxLayout;
+    auto* exportRuns = new QPushButton(QStringLiteral("&Export Setup Runs..."), this);
+    exportRuns->setObjectName(QStringLiteral("cmdExport"));
+    exportRuns->setToolTip(QStringLiteral("Write the list of setup runs to a CSV file"));
     sscmdClose_ = new QPushButton(QStringLiteral("Close Setup Window"), this);
     sscmdClose_->setObjectName(QStringLiteral("sscmdClose"));
+    closeRow->addWidget(exportRuns);
     closeRow->addStretch(1);
     closeRow->addWidget(sscmdClose_);
     layout->addLayout(closeRow);
@@ -165,6 +171,7 @@ void frmCarSetup::BuildLayout() {
     connect(sscmdSaveSetup_, &QPushButton::clicked, this, [this] { AddHighlighted(); });
     connect(sscmdDelete_, &QPushButton::clicked, this, [this] { RemoveHighlighted(); });
     connect(sscmdClose_, &QPushButton::clicked, this, &QWidget::close);
+    connect(exportRuns, &QPushButton::clicked, this, [this] { ExportSetupRuns(); });
     connect(ssdbgAvailableRuns_, &QTableView::doubleClicked, this, [this] { AddHighlighted(); });
 
     auto* close = new QAction(this);
@@ -175,6 +182,23 @@ void frmCarSetup::BuildLayout() {
 
     UpdateButtons();
     resize(900, 620);
+}
+
+void frmCarSetup::ExportSetupRuns() {
+    // The runs' own stored values for raw; the looked-up names as the list shows them.
+    exchange::ListSource source = exchange::StoredSource(
+        db_, *setupModel_, QStringLiteral("tblRuns"), QStringLiteral("lRun_id"));
+    for (size_t c = 0; c < layout_.columns.size() && c < source.fields.size(); ++c) {
+        if (layout_.columns[c].lookup) {
+            source.fields[c].clear();
+        }
+    }
+    const QString name =
+        (SetupType() == u"TS" ? QStringLiteral("Throttle Stop")
+                              : QStringLiteral("Density Altitude")) +
+        (quarterMile_ ? QStringLiteral(" 1-4 mile") : QStringLiteral(" 1-8 mile")) +
+        QStringLiteral(" setup runs.csv");
+    exchange::ShowExport(db_, messages_, source, name, this);
 }
 
 QTableView* frmCarSetup::MakeGrid(const QString& name, TextGridModel* model, QWidget* parent) {

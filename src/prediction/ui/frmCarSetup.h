@@ -67,6 +67,7 @@ private:
     void RemoveHighlighted();
     void DistanceClicked(bool quarterMile);
     void ReloadKeepingHighlight();
+    void ExportSetupRuns();
 
     store::Database& db_;
     Messages& messages_;
