@@ -143,7 +143,22 @@ struct NameList {
     QString keyColumn;
     QString nameColumn;
     QHash<QString, qint64> ids;
+    QSet<qint64> keys;
     QVariant first;  // what a new run starts with
+
+    // The entry a cell names: by its name, else, for a file of stored values, by its key.
+    std::optional<qint64> Find(const QString& cell) const {
+        const auto byName = ids.constFind(cell.toLower());
+        if (byName != ids.constEnd()) {
+            return *byName;
+        }
+        bool whole = false;
+        const qint64 key = cell.toLongLong(&whole);
+        if (whole && keys.contains(key)) {
+            return key;
+        }
+        return std::nullopt;
+    }
 };
 
 NameList ReadNameList(store::Database& db, const QString& table, const QString& key,
@@ -157,6 +172,7 @@ NameList ReadNameList(store::Database& db, const QString& table, const QString& 
     store::Query q = db.OpenQuery(QStringLiteral("SELECT %1, %2 FROM %3").arg(key, name, table));
     while (q.Next()) {
         const qint64 id = q.Value(0).toLongLong();
+        list.keys.insert(id);
         if (list.first.isNull()) {
             list.first = QVariant::fromValue(id);
         }
@@ -315,15 +331,13 @@ public:
         // The lists: a name not in them leaves nothing picked, which the checks refuse.
         QVariant runType = runTypes_.first;
         if (!runTypeName.isEmpty()) {
-            runType = runTypes_.ids.contains(runTypeName.toLower())
-                          ? QVariant::fromValue(runTypes_.ids.value(runTypeName.toLower()))
-                          : QVariant();
+            const auto id = runTypes_.Find(runTypeName);
+            runType = id ? QVariant::fromValue(*id) : QVariant();
         }
         QVariant opponent = opponents_.first;
         if (!opponentName.isEmpty()) {
-            const QString folded = opponentName.toLower();
-            if (opponents_.ids.contains(folded)) {
-                opponent = QVariant::fromValue(opponents_.ids.value(folded));
+            if (const auto id = opponents_.Find(opponentName)) {
+                opponent = QVariant::fromValue(*id);
             } else if (plan_.addOpponents) {
                 row.newOpponent = NameCase(opponentName);
                 opponent = QVariant::fromValue<qint64>(-1);  // given its id when added
@@ -415,6 +429,7 @@ public:
                     Quoted(name) + u')');
         const qint64 id = db_.LastInsertRowId();
         opponents_.ids.insert(folded, id);
+        opponents_.keys.insert(id);
         return id;
     }
 
