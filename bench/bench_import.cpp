@@ -36,7 +36,12 @@ int main(int argc, char** argv) {
     }
     QApplication app(argc, argv);
     const int runs = argc > 1 ? std::atoi(argv[1]) : 20000;
-    const QString logbook = bench::OneCarLogbook(QStringLiteral("import"), runs);
+    // The import writes: it works on a copy, so that the generated logbook stays as made.
+    QTemporaryDir work;
+    const QString logbook = work.filePath(QStringLiteral("Slipbook.db"));
+    QFile::copy(bench::OneCarLogbook(QStringLiteral("import"), runs), logbook);
+    std::printf("logbook: %s\n", qPrintable(logbook));
+    std::fflush(stdout);
     bench::MainOnLogbook program(logbook);
     store::Database& db = program.db;
     shell::frmMain& main = program.main;
