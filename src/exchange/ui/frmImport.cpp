@@ -481,8 +481,11 @@ void frmImport::Import() {
         rejects_->Set(check.rejects);
         cmdSaveRejects_->setEnabled(!check.rejects.empty());
         const QString text =
-            QStringLiteral("None of the %1 rows can be imported; each is listed with the reason.")
-                .arg(check.rows);
+            check.rows == 0
+                ? QStringLiteral("The file holds no runs below its headings.")
+                : QStringLiteral(
+                      "None of the %1 rows can be imported; each is listed with the reason.")
+                      .arg(check.rows);
         lblStatus_->setText(text);
         ctx_.messages.inform(text, kTitle, MsgIcon::Exclamation);
         return;
