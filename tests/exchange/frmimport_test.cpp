@@ -127,6 +127,7 @@ TEST_F(ImportWindow, TimeSlipsAreMatchedCheckedImportedAndTheRejectsKept) {
         EXPECT_EQ(q.Text(0), QStringLiteral("Sam O'Neil"));
         EXPECT_EQ(q.Text(1), QStringLiteral("Won"));
     }
+    test::Grab(w, QStringLiteral("frmImport-done"));
     // The main list shows the new runs at once.
     EXPECT_EQ(main->grid().RowCount(), static_cast<int>(Runs()));
 

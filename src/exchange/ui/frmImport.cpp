@@ -535,14 +535,18 @@ void frmImport::Import() {
     }
     rejects_->Set(result.rejects);
     cmdSaveRejects_->setEnabled(!result.rejects.empty());
-    QString text = QStringLiteral("%1 runs imported into %2 for %3.")
-                       .arg(result.imported)
-                       .arg(cboEvents_->currentText(), cboCars_->currentText());
+    const auto count = [](qsizetype n, const char* one, const char* many) {
+        return QString::number(n) + u' ' + QString::fromLatin1(n == 1 ? one : many);
+    };
+    QString text = QStringLiteral("%1 imported into %2 for %3.")
+                       .arg(count(result.imported, "run", "runs"), cboEvents_->currentText(),
+                            cboCars_->currentText());
     if (result.skipped > 0) {
         text += QStringLiteral(" %1 already in the logbook left out.").arg(result.skipped);
     }
     if (!result.rejects.empty()) {
-        text += QStringLiteral(" %1 rows not imported, listed below.").arg(result.rejects.size());
+        text += QStringLiteral(" %1 not imported, listed below.")
+                    .arg(count(static_cast<qsizetype>(result.rejects.size()), "row", "rows"));
     }
     lblStatus_->setText(text);
     if (result.imported > 0) {
