@@ -200,6 +200,64 @@ std::vector<SetupRun> ReadDensityAltSetup(store::Database& db, qint64 carId, boo
     return out;
 }
 
+constexpr QStringView kSeconds = u"0.000";
+const QString kNoRuns = QStringLiteral("no runs");
+
+// The prediction columns of the card, in their order.
+constexpr std::array<Method, 4> kCardOrder = {Method::RacerDialIn, Method::Standard,
+                                              Method::DensityAlt, Method::LeastSquares};
+constexpr int kFirstPrediction = 4;
+
+GridColumn Column(const QString& caption, int width, bool number) {
+    GridColumn c;
+    c.caption = caption;
+    c.width = width;
+    c.typeCode = number ? gridtype::Number : gridtype::Text;
+    c.alignment = number ? 1 : 0;
+    c.headerFollowsCells = number;
+    return c;
+}
+
+QString ShortName(Method m) {
+    switch (m) {
+        case Method::Standard:
+            return QStringLiteral("Standard");
+        case Method::DensityAlt:
+            return QStringLiteral("Density alt.");
+        case Method::LeastSquares:
+            return QStringLiteral("Least sq.");
+        case Method::RacerDialIn:
+            break;
+    }
+    return QStringLiteral("Dial-in");
+}
+
+QString SlopeFrom(const CardRow& row) {
+    const Prediction& da = row[Method::DensityAlt];
+    const Prediction& ls = row[Method::LeastSquares];
+    const auto from = [](const Prediction& p) {
+        return p.fromSetup ? QStringLiteral("setup runs") : QStringLiteral("earlier runs");
+    };
+    if (da.slopeRunIds.empty() && ls.slopeRunIds.empty()) {
+        return QString();
+    }
+    if (!da.slopeRunIds.empty() && !ls.slopeRunIds.empty() && da.fromSetup == ls.fromSetup) {
+        return from(da);
+    }
+    QStringList parts;
+    if (!da.slopeRunIds.empty()) {
+        parts << QStringLiteral("density alt.: ") + from(da);
+    }
+    if (!ls.slopeRunIds.empty()) {
+        parts << QStringLiteral("line: ") + from(ls);
+    }
+    return parts.join(QStringLiteral("; "));
+}
+
+QString Percent(const std::optional<double>& v) {
+    return v ? FormatNumber(*v, u"0.0") + QStringLiteral(" %") : kNoRuns;
+}
+
 }  // namespace
 
 QString MethodName(Method m) {
@@ -346,6 +404,92 @@ MethodScore Score(const std::vector<CardRow>& rows, Method m, int lastRuns) {
     score.within01 = 100.0 * in01 / n;
     score.within02 = 100.0 * in02 / n;
     return score;
+}
+
+}  // namespace slipbook::analysis
+
+namespace slipbook::analysis {
+
+TextTable CardTable(const ReportCard& card) {
+    TextTable t;
+    t.columns = {
+        Column(QStringLiteral("Date"), 1100, true), Column(QStringLiteral("Time"), 1000, true),
+        Column(QStringLiteral("Run #"), 600, true), Column(QStringLiteral("ET (s)"), 800, true)};
+    for (Method m : kCardOrder) {
+        const QString name = ShortName(m);
+        t.columns.push_back(Column(name + QStringLiteral(" (s)"), 900, true));
+        t.columns.push_back(Column(name + QStringLiteral(" - ET"), 900, true));
+    }
+    t.columns.push_back(Column(QStringLiteral("Slope from"), 1300, false));
+    for (const CardRow& row : card.rows) {
+        QStringList cells = {RunDateText(row.run), RunTimeText(row.run), RunNumberText(row.run),
+                             FormatNumber(row.actual, kSeconds)};
+        for (Method m : kCardOrder) {
+            const Prediction& p = row[m];
+            cells << (p.et ? FormatNumber(*p.et, kSeconds) : QString())
+                  << (p.et ? SignedSecondsText(*p.et - row.actual) : QString());
+        }
+        cells << SlopeFrom(row);
+        t.rows.push_back(cells);
+    }
+    return t;
+}
+
+std::vector<QStringList> CardReasons(const ReportCard& card) {
+    std::vector<QStringList> out;
+    for (const CardRow& row : card.rows) {
+        QStringList cells;
+        for (int c = 0; c < kFirstPrediction; ++c) {
+            cells << QString();
+        }
+        for (Method m : kCardOrder) {
+            cells << row[m].why << row[m].why;
+        }
+        cells << QString();
+        out.push_back(cells);
+    }
+    return out;
+}
+
+TextTable ScoreTable(const ReportCard& card, int lastRuns) {
+    TextTable t;
+    t.columns = {Column(QStringLiteral("Runs"), 1200, false),
+                 Column(QStringLiteral("Method"), 1500, false),
+                 Column(QStringLiteral("Predicted"), 900, true),
+                 Column(QStringLiteral("Left out"), 3600, false),
+                 Column(QStringLiteral("Mean abs. error (s)"), 1100, true),
+                 Column(QStringLiteral("Bias (s)"), 900, true),
+                 Column(QStringLiteral("Within 0.01 s"), 900, true),
+                 Column(QStringLiteral("Within 0.02 s"), 900, true)};
+    for (int span : {0, lastRuns}) {
+        const QString spanText =
+            span == 0 ? QStringLiteral("All runs") : QStringLiteral("Last %1 runs").arg(span);
+        for (Method m : kCardOrder) {
+            const MethodScore s = Score(card.rows, m, span);
+            t.rows.push_back({spanText, MethodName(m),
+                              QStringLiteral("%1 of %2").arg(s.predicted).arg(s.runs),
+                              LeftOutText(s.leftOut),
+                              s.meanAbsError ? FormatNumber(*s.meanAbsError, kSeconds) : kNoRuns,
+                              s.bias ? SignedSecondsText(*s.bias) : kNoRuns, Percent(s.within01),
+                              Percent(s.within02)});
+        }
+    }
+    return t;
+}
+
+QString CardSummaryText(const ReportCard& card) {
+    const QString where = DistanceName(card.distance);
+    QString text =
+        card.rows.empty()
+            ? QStringLiteral("No run of this car finished at %1 with weather.").arg(where)
+            : QStringLiteral("%1 %2 of this car finished at %3 with weather.")
+                  .arg(card.rows.size())
+                  .arg(card.rows.size() == 1 ? QStringLiteral("run") : QStringLiteral("runs"),
+                       where);
+    if (!card.leftOff.empty()) {
+        text += QStringLiteral(" Left off: ") + LeftOutText(card.leftOff) + u'.';
+    }
+    return text;
 }
 
 }  // namespace slipbook::analysis

@@ -99,4 +99,14 @@ struct MethodScore {
 // Over the last `lastRuns` rows, or all of them when 0.
 MethodScore Score(const std::vector<CardRow>& rows, Method m, int lastRuns = 0);
 
+// The card's runs: date, time, run #, ET, and each prediction beside its difference from the
+// ET, then where the slope came from.
+TextTable CardTable(const ReportCard& card);
+// Cell by cell of CardTable, why a prediction's cell is empty; empty texts elsewhere.
+std::vector<QStringList> CardReasons(const ReportCard& card);
+// How each method did over all the card's runs and over its last runs.
+TextTable ScoreTable(const ReportCard& card, int lastRuns);
+// How many runs the card holds and which of the car's runs it left off, or that it has none.
+QString CardSummaryText(const ReportCard& card);
+
 }  // namespace slipbook::analysis

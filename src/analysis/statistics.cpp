@@ -2,6 +2,7 @@
 
 #include "common/numbers.h"
 #include "shell/runlist.h"
+#include "shell/valueformat.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,7 +17,7 @@ const QString kNoRuns = QStringLiteral("no runs");
 const QString kNeedsTwo = QStringLiteral("needs 2 runs");
 constexpr QStringView kSeconds = u"0.000";
 constexpr QStringView kSpeed = u"0.00";
-constexpr QStringView kSigned = u"+0.000;-0.000;0.000";
+constexpr QStringView kSigned = u"+0.000;-0.000";
 
 std::optional<double> Positive(const std::optional<double>& v) {
     if (v && *v > 0) {
@@ -64,7 +65,11 @@ Figure ValueFigure(const QString& caption, std::optional<double> value, QStringV
     Figure f;
     f.caption = caption;
     f.value = value;
-    f.text = value ? FormatNumber(*value, format) : none;
+    if (!value) {
+        f.text = none;
+    } else {
+        f.text = format == kSigned ? SignedSecondsText(*value) : FormatNumber(*value, format);
+    }
     f.counted = counted;
     f.leftOut = std::move(leftOut);
     return f;
@@ -242,7 +247,37 @@ std::vector<TrackBest> Bests(const std::vector<RunRecord>& runs,
     return out;
 }
 
+GridColumn Column(const char* caption, int width, bool number) {
+    GridColumn c;
+    c.caption = QString::fromUtf8(caption);
+    c.width = width;
+    c.typeCode = number ? gridtype::Number : gridtype::Text;
+    c.alignment = number ? 1 : 0;
+    c.headerFollowsCells = number;
+    return c;
+}
+
+QString Optional(const std::optional<double>& v, QStringView format) {
+    return v ? FormatNumber(*v, format) : QString();
+}
+
 }  // namespace
+
+QString SignedSecondsText(double seconds) {
+    return Thousandths(seconds) == 0 ? QStringLiteral("0.000") : FormatNumber(seconds, kSigned);
+}
+
+QString RunDateText(const RunRecord& r) {
+    return r.date.isValid() ? FormatDateTime(r.date, QStringLiteral("mm/dd/yyyy")) : QString();
+}
+
+QString RunTimeText(const RunRecord& r) {
+    return r.time.isValid() ? FormatDateTime(r.time, QStringLiteral("hh:mm AMPM")) : QString();
+}
+
+QString RunNumberText(const RunRecord& r) {
+    return Optional(r.runNumber, u"0");
+}
 
 QString DistanceName(Distance d) {
     return d == Distance::Quarter ? QStringLiteral("1/4 mile") : QStringLiteral("1/8 mile");
@@ -397,6 +432,42 @@ Statistics ComputeStatistics(const std::vector<RunRecord>& runs,
     }
     s.bests = Bests(runs, trackOfEvent);
     return s;
+}
+
+TextTable FiguresTable(const Statistics& s) {
+    TextTable t;
+    t.columns = {Column("Figure", 4300, false), Column("Value", 1700, true),
+                 Column("Runs", 700, true), Column("Left out", 4300, false)};
+    for (const Figure& f : s.figures) {
+        t.rows.push_back({f.caption, f.text, QString::number(f.counted), LeftOutText(f.leftOut)});
+    }
+    return t;
+}
+
+TextTable BestsTable(const Statistics& s) {
+    TextTable t;
+    t.columns = {Column("Track", 2000, false),
+                 Column("Distance", 800, false),
+                 Column("Best", 550, false),
+                 Column("Value", 800, true),
+                 Column("Date", 1100, true),
+                 Column("Time", 1000, true),
+                 Column("Run #", 600, true),
+                 Column("Temp (°F)", 800, true),
+                 Column("Humidity (%)", 900, true),
+                 Column("Baro (in Hg)", 900, true),
+                 Column("Density alt. (ft)", 1100, true),
+                 Column("Corr. factor", 900, true)};
+    for (const TrackBest& b : s.bests) {
+        const RunRecord& r = b.run;
+        t.rows.push_back({b.track, DistanceName(b.distance),
+                          b.mph ? QStringLiteral("MPH") : QStringLiteral("ET"),
+                          FormatNumber(b.value, b.mph ? kSpeed : kSeconds), RunDateText(r),
+                          RunTimeText(r), RunNumberText(r), Optional(r.temp, u"0.0"),
+                          Optional(r.humidity, u"0"), Optional(r.barometer, u"0.00"),
+                          Optional(r.densityAlt, u"#,##0"), Optional(r.corrFactor, u"0.0000")});
+    }
+    return t;
 }
 
 QHash<qint64, QString> ReadTrackOfEvent(store::Database& db) {

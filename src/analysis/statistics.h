@@ -4,6 +4,7 @@
 // The runs are those the main list shows; each figure counts the runs it could use and names
 // how many it left out and why, and never divides by zero.
 
+#include "common/textgrid.h"
 #include "store/database.h"
 
 #include <QDateTime>
@@ -66,6 +67,14 @@ struct RunRecord {
     bool Before(const RunRecord& other) const;
 };
 
+// Seconds with their sign, "+0.012", "-0.005", and "0.000" for what rounds to none.
+QString SignedSecondsText(double seconds);
+
+// A run's date, time and number as the run list shows them.
+QString RunDateText(const RunRecord& r);
+QString RunTimeText(const RunRecord& r);
+QString RunNumberText(const RunRecord& r);
+
 // The runs of a statement over tblRuns, in its order, read without a value object per cell.
 std::vector<RunRecord> ReadRuns(store::Database& db, const QString& sql);
 
@@ -113,6 +122,17 @@ Statistics ComputeStatistics(const std::vector<RunRecord>& runs,
 
 // The track name of every event that has a track.
 QHash<qint64, QString> ReadTrackOfEvent(store::Database& db);
+
+// A table of texts, as a window shows it and its printout prints it.
+struct TextTable {
+    std::vector<GridColumn> columns;
+    std::vector<QStringList> rows;
+};
+
+// The figures: caption, value, runs counted, runs left out and why.
+TextTable FiguresTable(const Statistics& s);
+// The bests per track, each with its run's date, number and weather.
+TextTable BestsTable(const Statistics& s);
 
 // The figures of the runs the main list shows for the selection. Throws store::DbError when
 // the statement can't be run (a filter gone stale).

@@ -161,6 +161,11 @@ TEST(Statistics, TooFewRunsSaySoAndNothingDividesByZero) {
     EXPECT_EQ(Shown(noDial, "Average reaction time (s)"), "no runs | 0 | 2 red lights");
     EXPECT_EQ(Shown(noDial, "Red lights"), "2 of 2 (100.0 %) | 2");
 
+    // A mean of differences that cancel shows no sign.
+    EXPECT_EQ(SignedSecondsText(-0.05 + 0.05 - 1e-17), QStringLiteral("0.000"));
+    EXPECT_EQ(SignedSecondsText(-0.0051), QStringLiteral("-0.005"));
+    EXPECT_EQ(SignedSecondsText(0.0125), QStringLiteral("+0.013"));
+
     // Equal best ETs: the first run keeps it.
     const Statistics tie = ComputeStatistics(
         Runs({{{}, 10.0, {}, {}, {}, {}, 1}, {{}, 10.0, {}, {}, {}, {}, 1}}), kTracks);
