@@ -113,6 +113,7 @@ Prediction DensityAlt(const std::vector<CardRow>& rows, size_t i,
             p.slopeRunIds.push_back(rows[k].run.id);
         }
     }
+    p.slopeRuns = static_cast<int>(slopeRows.size());
     const bool eighth = d == Distance::Eighth;
     const prediction::DensityAltSetupBoxes boxes =
         prediction::DensityAltSetupBoxTexts(slopeRows, eighth);
@@ -127,32 +128,30 @@ Prediction DensityAlt(const std::vector<CardRow>& rows, size_t i,
     return p;
 }
 
+// `earlier` holds the card's rows before this one.
 Prediction LeastSquares(const std::vector<CardRow>& rows, size_t i,
-                        const std::vector<SetupRun>& setup, Distance d) {
+                        const std::vector<SetupRun>& setup, Distance d, const LineSums& earlier) {
     Prediction p;
     const RunRecord& now = rows[i].run;
-    std::vector<std::pair<double, double>> points;
+    LineSums sums;
     for (const SetupRun& s : setup) {
         const auto et = d == Distance::Quarter ? s.quarterEt : s.eighthEt;
         if (SetupBefore(s, now) && s.densityAlt && et && *et > 0) {
-            points.emplace_back(*s.densityAlt, *et);
+            sums.Add(*s.densityAlt, *et);
             p.slopeRunIds.push_back(s.runId);
         }
     }
-    p.fromSetup = points.size() >= kSlopeRuns;
+    p.fromSetup = static_cast<size_t>(sums.Count()) >= kSlopeRuns;
     if (!p.fromSetup) {
-        points.clear();
         p.slopeRunIds.clear();
         if (i < kSlopeRuns) {
             p.why = i == 0 ? kNoEarlierRun : kNeedsThree;
             return p;
         }
-        for (size_t k = 0; k < i; ++k) {
-            points.emplace_back(*rows[k].run.densityAlt, rows[k].actual);
-            p.slopeRunIds.push_back(rows[k].run.id);
-        }
+        sums = earlier;
     }
-    const auto line = LeastSquaresLine(points);
+    p.slopeRuns = sums.Count();
+    const auto line = sums.Fit();
     if (!line) {
         p.why = QStringLiteral("the runs' density altitudes are all the same");
         return p;
@@ -238,17 +237,17 @@ QString SlopeFrom(const CardRow& row) {
     const auto from = [](const Prediction& p) {
         return p.fromSetup ? QStringLiteral("setup runs") : QStringLiteral("earlier runs");
     };
-    if (da.slopeRunIds.empty() && ls.slopeRunIds.empty()) {
+    if (da.slopeRuns == 0 && ls.slopeRuns == 0) {
         return QString();
     }
-    if (!da.slopeRunIds.empty() && !ls.slopeRunIds.empty() && da.fromSetup == ls.fromSetup) {
+    if (da.slopeRuns > 0 && ls.slopeRuns > 0 && da.fromSetup == ls.fromSetup) {
         return from(da);
     }
     QStringList parts;
-    if (!da.slopeRunIds.empty()) {
+    if (da.slopeRuns > 0) {
         parts << QStringLiteral("density alt.: ") + from(da);
     }
-    if (!ls.slopeRunIds.empty()) {
+    if (ls.slopeRuns > 0) {
         parts << QStringLiteral("line: ") + from(ls);
     }
     return parts.join(QStringLiteral("; "));
@@ -274,33 +273,42 @@ QString MethodName(Method m) {
     return QStringLiteral("Racer's dial-in");
 }
 
-std::optional<Line> LeastSquaresLine(const std::vector<std::pair<double, double>>& points) {
-    if (points.size() < 2) {
+void LineSums::Add(double x, double y) {
+    if (n_ == 0) {
+        x0_ = x;
+        y0_ = y;
+    }
+    const double dx = x - x0_;
+    const double dy = y - y0_;
+    ++n_;
+    sx_ += dx;
+    sy_ += dy;
+    sxx_ += dx * dx;
+    sxy_ += dx * dy;
+}
+
+std::optional<Line> LineSums::Fit() const {
+    if (n_ < 2) {
         return std::nullopt;
     }
-    const double n = static_cast<double>(points.size());
-    double sx = 0;
-    double sy = 0;
-    for (const auto& [x, y] : points) {
-        sx += x;
-        sy += y;
-    }
-    const double mx = sx / n;
-    const double my = sy / n;
-    // About the means: density altitudes in thousands of feet would drown the ETs' digits.
-    double sxx = 0;
-    double sxy = 0;
-    for (const auto& [x, y] : points) {
-        sxx += (x - mx) * (x - mx);
-        sxy += (x - mx) * (y - my);
-    }
-    if (sxx == 0) {
+    const double n = n_;
+    const double sxx = sxx_ - sx_ * sx_ / n;
+    // Equal x give exact zeros here.
+    if (!(sxx > 0)) {
         return std::nullopt;
     }
     Line line;
-    line.slope = sxy / sxx;
-    line.intercept = my - line.slope * mx;
+    line.slope = (sxy_ - sx_ * sy_ / n) / sxx;
+    line.intercept = y0_ + sy_ / n - line.slope * (x0_ + sx_ / n);
     return line;
+}
+
+std::optional<Line> LeastSquaresLine(const std::vector<std::pair<double, double>>& points) {
+    LineSums sums;
+    for (const auto& [x, y] : points) {
+        sums.Add(x, y);
+    }
+    return sums.Fit();
 }
 
 ReportCard BuildReportCard(const std::vector<RunRecord>& runs, const std::vector<SetupRun>& setup,
@@ -337,6 +345,7 @@ ReportCard BuildReportCard(const std::vector<RunRecord>& runs, const std::vector
         card.leftOff.push_back({withoutWeather, QStringLiteral("without weather")});
     }
     const prediction::Fuel fuel = methanol ? prediction::Fuel::Methanol : prediction::Fuel::Gas;
+    LineSums earlier;
     for (size_t i = 0; i < card.rows.size(); ++i) {
         CardRow& row = card.rows[i];
         row.predictions[static_cast<int>(Method::Standard)] =
@@ -344,8 +353,9 @@ ReportCard BuildReportCard(const std::vector<RunRecord>& runs, const std::vector
         row.predictions[static_cast<int>(Method::DensityAlt)] =
             DensityAlt(card.rows, i, setup, distance);
         row.predictions[static_cast<int>(Method::LeastSquares)] =
-            LeastSquares(card.rows, i, setup, distance);
+            LeastSquares(card.rows, i, setup, distance, earlier);
         row.predictions[static_cast<int>(Method::RacerDialIn)] = RacerDialIn(row.run);
+        earlier.Add(*row.run.densityAlt, row.actual);
     }
     return card;
 }

@@ -40,7 +40,10 @@ struct Prediction {
     std::optional<double> et;
     QString why;           // when there is none
     qint64 lastRunId = 0;  // the run it went on from (standard, density altitude)
-    // The runs its slope or line was taken from, in the order given to the program.
+    // How many runs its slope or line was taken from, and which, in the order given to the
+    // program; a line through every run before it on the card names none (they are the card's
+    // first `slopeRuns` rows).
+    int slopeRuns = 0;
     std::vector<qint64> slopeRunIds;
     bool fromSetup = false;  // those are the car's setup runs, else runs from the card
 };
@@ -66,6 +69,25 @@ struct Line {
     double slope = 0;
 };
 std::optional<Line> LeastSquaresLine(const std::vector<std::pair<double, double>>& points);
+
+// The sums a line is fitted from, kept as points come, so that a line through every run before
+// each run of a long card costs one step a run. Taken about the first point: density altitudes
+// in thousands of feet would otherwise drown the ETs' last digits.
+class LineSums {
+public:
+    void Add(double x, double y);
+    int Count() const { return n_; }
+    std::optional<Line> Fit() const;
+
+private:
+    int n_ = 0;
+    double x0_ = 0;
+    double y0_ = 0;
+    double sx_ = 0;
+    double sy_ = 0;
+    double sxx_ = 0;
+    double sxy_ = 0;
+};
 
 // A setup run as stored for the density altitude program, with the moment of its run.
 struct SetupRun {

@@ -116,7 +116,8 @@ TEST_F(Card, EachMethodFromTheRunsBeforeIt) {
     // through four points, slope 222.5 / 2,187,500 = 0.00010171, read at 1500 ft: 10.051.
     EXPECT_EQ(Et(card.rows[3], Method::LeastSquares), 10.15);
     EXPECT_EQ(Et(card.rows[4], Method::LeastSquares), 10.051);
-    EXPECT_EQ(card.rows[4][Method::LeastSquares].slopeRunIds, (std::vector<qint64>{1, 2, 3, 4}));
+    EXPECT_EQ(card.rows[4][Method::LeastSquares].slopeRuns, 4);
+    EXPECT_FALSE(card.rows[4][Method::LeastSquares].fromSetup);
 
     EXPECT_EQ(Et(card.rows[0], Method::RacerDialIn), 10.05);
     EXPECT_EQ(card.rows[3][Method::RacerDialIn].why, QStringLiteral("no dial-in"));
