@@ -83,6 +83,8 @@ inline constexpr ToolId kSave = u"ID_Save";
 inline constexpr ToolId kSaveandClose = u"ID_SaveandClose";
 inline constexpr ToolId kSaveandNew = u"ID_SaveandNew";
 inline constexpr ToolId kClose = u"ID_Close";
+// Reads again what a window shows from the logbook.
+inline constexpr ToolId kRefresh = u"ID_Refresh";
 inline constexpr ToolId kPrevious = u"ID_Previous";
 inline constexpr ToolId kPrevItem = u"ID_PrevItem";
 inline constexpr ToolId kFirstItem = u"ID_FirstItem";

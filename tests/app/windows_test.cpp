@@ -578,3 +578,40 @@ TEST_F(Program, FilterNarrowsTheRunListAndItsToolAndTitleFollow) {
     EXPECT_FALSE(tool->isChecked());
     EXPECT_EQ(main.grid().RowCount(), 3);
 }
+
+TEST_F(Program, StatisticsFollowTheEventPickedInTheMainWindow) {
+    lb.db().Execute(QStringLiteral(
+        "INSERT INTO tblEvents (lEvent_id, sEvent_nm, lTrack_id, dtEventStart_dt) VALUES (2, "
+        "'Summer Series', 1, #08/01/2003#)"));
+    for (int event : {1, 2, 2}) {
+        lb.db().Execute(QStringLiteral("INSERT INTO tblRuns (lCar_id, lEvent_id, lRun_num, "
+                                       "dtRun_dt, i14Mile_et) VALUES (1, %1, 1, #07/04/2003#, "
+                                       "10.5)")
+                            .arg(event));
+    }
+    shell::frmMain& main = Start();
+    test::Press(main, "ID_Statistics");
+    auto* w = main.findChild<QWidget*>(QStringLiteral("frmStatistics"));
+    ASSERT_NE(w, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(w));
+    const auto runs = [w] {
+        return w->findChild<QTableView*>(QStringLiteral("grdFigures"))
+            ->model()
+            ->index(0, 1)
+            .data()
+            .toString();
+    };
+    EXPECT_EQ(runs(), QStringLiteral("3"));
+
+    // The racer picks an event in the main window, then comes back.
+    test::ShowActive(main);
+    test::Pick(main.selector(tools::kEventList), QStringLiteral("Summer Series"));
+    test::ShowActive(*w);
+    EXPECT_EQ(runs(), QStringLiteral("2"));
+    EXPECT_TRUE(w->findChild<QLabel*>(QStringLiteral("lblSelection"))
+                    ->text()
+                    .contains(QStringLiteral("Event: Summer Series")));
+    test::Press(main, "ID_ReportCard");
+    EXPECT_NE(main.findChild<QWidget*>(QStringLiteral("frmReportCard")), nullptr);
+    EXPECT_TRUE(messages.shown.empty());
+}
