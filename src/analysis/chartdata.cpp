@@ -144,12 +144,12 @@ Histogram Bin(const std::vector<RunFigures>& runs) {
     return h;
 }
 
-QString LeftOutOf(const std::vector<LeftOut>& leftOut, const QString& of) {
+QString LeftOutOf(const std::vector<SeriesLeftOut>& leftOut, const QString& of) {
     if (leftOut.empty()) {
         return QString();
     }
     QStringList parts;
-    for (const LeftOut& l : leftOut) {
+    for (const SeriesLeftOut& l : leftOut) {
         parts << RunsText(l.runs) + u' ' + l.reason;
     }
     return QStringLiteral("Left out") +
@@ -185,10 +185,6 @@ QString FitText(const LineFit& fit, const QString& slopeText, const QString& atT
 }
 
 }  // namespace
-
-QString DistanceName(Distance distance) {
-    return distance == Distance::Quarter ? QStringLiteral("1/4 mile") : QStringLiteral("1/8 mile");
-}
 
 std::vector<RunFigures> ReadRunFigures(store::Database& db, const ChartScope& scope) {
     QString sql;

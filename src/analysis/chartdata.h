@@ -2,6 +2,7 @@
 
 // The series the charts draw, and the least-squares line through them.
 
+#include "analysis/distance.h"
 #include "store/database.h"
 
 #include <QDateTime>
@@ -11,11 +12,6 @@
 #include <vector>
 
 namespace slipbook::analysis {
-
-enum class Distance { Quarter, Eighth };
-
-// "1/4 mile" or "1/8 mile".
-QString DistanceName(Distance distance);
 
 // Which runs are charted: the car's, and, when following the main list, only those its event,
 // track and filter let through.
@@ -58,17 +54,17 @@ struct ChartPoint {
 };
 
 // Runs left out of a series for one reason ("without density altitude").
-struct LeftOut {
+struct SeriesLeftOut {
     QString reason;
     int runs = 0;
-    bool operator==(const LeftOut&) const = default;
+    bool operator==(const SeriesLeftOut&) const = default;
 };
 
 struct Series {
     std::vector<ChartPoint> points;
     // Each run left out counts once, under the first value it lacks, in the order the series
     // names them; reasons without runs are not listed.
-    std::vector<LeftOut> leftOut;
+    std::vector<SeriesLeftOut> leftOut;
 };
 
 // "Left out: 3 runs without density altitude, 1 run without a 1/4 mile ET."; with `of`, "Left
@@ -102,7 +98,7 @@ struct Histogram {
     double width = 0.01;
     std::vector<HistogramBin> bins;
     std::vector<qint64> redLights;
-    std::vector<LeftOut> leftOut;
+    std::vector<SeriesLeftOut> leftOut;
     int Lights() const;  // the runs counted, red lights included
 };
 

@@ -279,10 +279,6 @@ QString RunNumberText(const RunRecord& r) {
     return Optional(r.runNumber, u"0");
 }
 
-QString DistanceName(Distance d) {
-    return d == Distance::Quarter ? QStringLiteral("1/4 mile") : QStringLiteral("1/8 mile");
-}
-
 QString SelectionSql(const RunSelection& selection) {
     shell::ListContext ctx;
     ctx.carId = selection.carId;

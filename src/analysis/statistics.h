@@ -4,6 +4,7 @@
 // The runs are those the main list shows; each figure counts the runs it could use and names
 // how many it left out and why, and never divides by zero.
 
+#include "analysis/distance.h"
 #include "common/textgrid.h"
 #include "store/database.h"
 
@@ -16,11 +17,6 @@
 #include <vector>
 
 namespace slipbook::analysis {
-
-enum class Distance { Quarter, Eighth };
-inline constexpr std::array<Distance, 2> kDistances = {Distance::Quarter, Distance::Eighth};
-// "1/4 mile", "1/8 mile".
-QString DistanceName(Distance d);
 
 // What of the main window's state decides which runs it lists.
 struct RunSelection {

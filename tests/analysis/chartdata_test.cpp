@@ -122,7 +122,7 @@ TEST(ReactionHistogram, BinsByHundredthsRedLightsApartAndWidensForAWideSpread) {
         EXPECT_EQ(h.bins[i].runIds, expected[i]) << i;
     }
     EXPECT_EQ(h.redLights, (std::vector<qint64>{4, 7}));
-    EXPECT_EQ(h.leftOut, (std::vector<LeftOut>{{"without a reaction time", 1}}));
+    EXPECT_EQ(h.leftOut, (std::vector<SeriesLeftOut>{{"without a reaction time", 1}}));
     EXPECT_EQ(h.Lights(), 6);
     EXPECT_EQ(ReactionSummaryText(h).toStdString(),
               "4 lights in bins of 0.01 s; 2 red lights, counted apart. Left out: 1 run without a "
@@ -223,8 +223,9 @@ TEST_F(ChartLogbook, EachSeriesHoldsTheCarsRunsAndCountsThoseLeftOut) {
 
     EXPECT_EQ(q.etByCorrFactor.points,
               (std::vector<ChartPoint>{{1.01, 10.50, 1}, {1.02, 10.52, 2}, {1.03, 10.55, 3}}));
-    EXPECT_EQ(q.etByCorrFactor.leftOut, (std::vector<LeftOut>{{"without a 1/4 mile ET", 1},
-                                                              {"without a correction factor", 2}}));
+    EXPECT_EQ(q.etByCorrFactor.leftOut,
+              (std::vector<SeriesLeftOut>{{"without a 1/4 mile ET", 1},
+                                          {"without a correction factor", 2}}));
     // Means 1.02 and 10.52333...: Sxx 0.0002, Sxy 0.0005, Syy 0.00126666...
     EXPECT_NEAR(q.corrFactorFit.slope, 2.5, 1e-9);
     EXPECT_EQ(CorrFactorFitText(q.corrFactorFit).toStdString(),
@@ -260,7 +261,7 @@ TEST_F(ChartLogbook, EachSeriesHoldsTheCarsRunsAndCountsThoseLeftOut) {
     // The eighth mile: two runs have its ET, so its lines have two points.
     const ChartSet e = BuildCharts(runs, Distance::Eighth);
     EXPECT_EQ(Ids(e.etByDensityAlt.points), (std::vector<qint64>{1, 2}));
-    EXPECT_EQ(e.etByDensityAlt.leftOut, (std::vector<LeftOut>{{"without a 1/8 mile ET", 4}}));
+    EXPECT_EQ(e.etByDensityAlt.leftOut, (std::vector<SeriesLeftOut>{{"without a 1/8 mile ET", 4}}));
     EXPECT_NEAR(e.densityAltFit.slope * 1000, 0.02, 1e-12);
     EXPECT_EQ(Ids(e.mphOverTime.points), (std::vector<qint64>{1}));
     EXPECT_EQ(LeftOutText(e.mphOverTime).toStdString(),
