@@ -25,6 +25,7 @@
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -997,9 +998,10 @@ TEST_F(RunWindow, SmallWindowsScrollRatherThanSqueeze) {
                                qobject_cast<QComboBox*>(child) != nullptr ||
                                qobject_cast<QLabel*>(child) != nullptr ||
                                qobject_cast<QAbstractButton*>(child) != nullptr;
-            // A combo's own line edit is sized by its combo.
+            // A combo's or a spin box's own line edit is sized by its owner.
             if (!field || !child->isVisible() ||
-                qobject_cast<QComboBox*>(child->parentWidget()) != nullptr) {
+                qobject_cast<QComboBox*>(child->parentWidget()) != nullptr ||
+                qobject_cast<QAbstractSpinBox*>(child->parentWidget()) != nullptr) {
                 continue;
             }
             const QSize least = child->minimumSizeHint().expandedTo(child->minimumSize());

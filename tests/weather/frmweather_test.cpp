@@ -3,7 +3,9 @@
 
 #include "weather/ui/frmWeather.h"
 #include "support/fakemain.h"
+#include "support/logbook.h"
 #include "support/scriptedmessages.h"
+#include "weather/weatherlog.h"
 
 #include <gtest/gtest.h>
 
@@ -99,7 +101,7 @@ protected:
         main.clock.now = QDateTime(QDate(2005, 7, 4), QTime(15, 5, 9));
         auto fake = std::make_unique<FakeTimer>();
         timer = fake.get();
-        w = std::make_unique<frmWeather>(main.Context(db, messages), std::move(fake));
+        w = std::make_unique<frmWeather>(main.Context(logbook.db(), messages), std::move(fake));
         w->show();
         w->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(w.get()));
@@ -157,7 +159,7 @@ protected:
     PagingMain main;
     ModalMessages messages;
     FakeTimer* timer = nullptr;
-    store::Database db;  // the window keeps no logbook
+    test::TempLogbook logbook;  // where the window logs its readings
     std::unique_ptr<frmWeather> w;
 };
 
@@ -454,6 +456,69 @@ TEST_F(WeatherWindow, UnusableStationReadingLeavesTheInputsWithTheirFigures) {
     timer->tick();
     EXPECT_EQ(Inputs() + " / " + Figures(), good);
     EXPECT_EQ(Caption("WeatherTime"), "Mon 07/04/2005 at 03:06:09 PM");
+}
+
+TEST_F(WeatherWindow, EveryComputedReadingIsLoggedWithTheClocksTimeAndItsSource) {
+    const auto logged = [this] {
+        QStringList rows;
+        store::Query q = logbook.db().OpenQuery(
+            "SELECT dtReading_dt, iTemp_val, iHumidity_val, iBarometricPressure_val, "
+            "iPressureAltitude_val, iCorrFactor_val, iDensityAlt_val, iWetBulbTemp_val, "
+            "sSource_nm FROM tblWeatherLog ORDER BY lWeatherLog_id");
+        while (q.Next()) {
+            QStringList cells;
+            for (int i = 0; i < q.FieldCount(); ++i) {
+                cells << q.Text(i);
+            }
+            rows << cells.join(' ');
+        }
+        return rows;
+    };
+
+    // Opening, and the zeros of going live, are no reading.
+    EXPECT_TRUE(logged().isEmpty());
+    Station("x, 75, 50, 29.92");
+    timer->tick();
+    EXPECT_EQ(logged(), QStringList{"2005-07-04 15:05:09 75.0 50.0 29.92 1.0 1.0294 1468.0 62.5 "
+                                    "Station"});
+
+    // The station's next reading 15 seconds on is the same air: not written again.
+    main.clock.now = main.clock.now.addSecs(15);
+    Station("x, 75, 50, 29.92");
+    timer->tick();
+    EXPECT_EQ(logged().size(), 1);
+    main.clock.now = main.clock.now.addSecs(15);
+    Station("x, 76, 50, 29.92");
+    timer->tick();
+    EXPECT_EQ(logged().size(), 2);
+    EXPECT_TRUE(logged().last().startsWith("2005-07-04 15:05:39 76.0 "));
+
+    // Typed readings, each as it is worked out; a temperature of 0 computes nothing to keep.
+    Click("cmdManualWeather");
+    main.clock.now = main.clock.now.addSecs(120);
+    Type("txtTemp", "80");
+    EXPECT_EQ(logged().size(), 3);
+    EXPECT_EQ(logged().last(), "2005-07-04 15:07:39 80.0 50.0 29.92 1.0 1.0369 1873.0 66.5 Typed");
+    Type("txtTemp", "0");
+    Type("txtHumidity", "40");
+    EXPECT_EQ(Figures(), "0 0 0 0 0 0 0");
+    EXPECT_EQ(logged().size(), 3);
+
+    // A log that can't be written costs the reading its row, nothing else: no box, the figures
+    // shown, pushed and paged as always, and the status line says so.
+    logbook.db().Execute("DROP TABLE tblWeatherLog");
+    Click("cmdLiveWeather");
+    main.calls.clear();
+    Station("x, 75, 50, 29.92");
+    timer->tick();
+    EXPECT_EQ(Figures(), "1.0294 1,468 95.80 0.438 29.48 55 62.5");
+    EXPECT_EQ(main.calls, kGoodPushes);
+    EXPECT_EQ(Page(), "PREFIX_REGULAR_BAROMETRIX_PAGING ET 1.0294 1,468\nADR 95.80\r\n");
+    EXPECT_TRUE(Caption("lblStatus").startsWith("Not kept in the weather log: "))
+        << Caption("lblStatus").toStdString();
+    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_TRUE(w->isVisible());
+    EXPECT_TRUE(timer->isActive());
 }
 
 }  // namespace

@@ -21,6 +21,7 @@ class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
 class QRadioButton;
+class QSpinBox;
 class QTabWidget;
 
 namespace slipbook::run {
@@ -52,6 +53,9 @@ public:
     bool RunWeatherRecalc();
     // Asks the station for the reading the user points at; the answer comes on the timer.
     void GetWeather();
+    // Takes the weather from the log: the reading nearest the run's date and time, within the
+    // racer's window.
+    void WeatherFromLog();
 
     // The timer that looks for the station's answer; the program's own by default.
     void SetWeatherTimer(std::unique_ptr<weather::PollTimer> timer);
@@ -158,6 +162,8 @@ private:
     QLineEdit* txtBarometricPressure_ = nullptr;
     QLineEdit* txtPressureAltitude_ = nullptr;
     QPushButton* GetWeather_ = nullptr;
+    QPushButton* WeatherFromLog_ = nullptr;
+    QSpinBox* spnLogMinutes_ = nullptr;
     QPlainTextEdit* rtbRunNotes_tx_ = nullptr;
     QTabWidget* sstabSetup_ = nullptr;
     QLabel* lblNitro_ = nullptr;

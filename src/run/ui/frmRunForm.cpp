@@ -3,6 +3,7 @@
 #include "common/forms.h"
 #include "common/ui/formhelpers.h"
 #include "run/intervals.h"
+#include "weather/weatherlog.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -16,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
+#include <QSpinBox>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTabBar>
@@ -247,7 +249,28 @@ QWidget* frmRun::BuildWeather() {
     Register(GetWeather_);
     GetWeather_->setToolTip(QStringLiteral("Take the weather from the station"));
     connect(GetWeather_, &QPushButton::clicked, this, &frmRun::GetWeather);
-    grid->addWidget(GetWeather_, row, 1);
+    WeatherFromLog_ = new QPushButton(QStringLiteral("From Log"), panel);
+    WeatherFromLog_->setObjectName(QStringLiteral("WeatherFromLog"));
+    Register(WeatherFromLog_);
+    WeatherFromLog_->setToolTip(
+        QStringLiteral("Take the logged weather reading nearest the run's date and time"));
+    connect(WeatherFromLog_, &QPushButton::clicked, this, &frmRun::WeatherFromLog);
+    spnLogMinutes_ = new QSpinBox(panel);
+    spnLogMinutes_->setObjectName(QStringLiteral("spnLogMinutes"));
+    Register(spnLogMinutes_);
+    spnLogMinutes_->setRange(weather::kMinLookupMinutes, weather::kMaxLookupMinutes);
+    spnLogMinutes_->setSuffix(QStringLiteral(" min"));
+    spnLogMinutes_->setValue(weather::LookupMinutes(db_));
+    spnLogMinutes_->setToolTip(
+        QStringLiteral("How far from the run's time a logged reading may lie"));
+    connect(spnLogMinutes_, &QSpinBox::valueChanged, this,
+            [this](int minutes) { weather::SetLookupMinutes(db_, minutes); });
+    // Two rows within the columns of the labels and boxes, so the panel grows no wider.
+    grid->addWidget(GetWeather_, row, 0, Qt::AlignRight);
+    grid->addWidget(WeatherFromLog_, row, 1);
+    ++row;
+    grid->addWidget(MakeLabel(QStringLiteral("Log window:"), spnLogMinutes_, panel), row, 0);
+    grid->addWidget(spnLogMinutes_, row, 1);
     grid->setColumnStretch(3, 1);
     grid->setRowStretch(row + 1, 1);
     return panel;

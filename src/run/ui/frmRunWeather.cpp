@@ -1,9 +1,12 @@
 #include "run/ui/frmRun.h"
 
+#include "common/numbers.h"
 #include "weather/station.h"
+#include "weather/weatherlog.h"
 
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSpinBox>
 
 namespace slipbook::run {
 
@@ -57,6 +60,47 @@ void frmRun::BrokerTimer_Timer() {
     }
     RunWeatherRecalc();
     SetWeatherButtonRed(false);
+    txtTemp_->setFocus(Qt::OtherFocusReason);
+    weatherFetched_ = true;
+    MarkChanged(txtTemp_);
+}
+
+// ---------------------------------------------------------------------------------------------
+// The weather log's reading
+
+void frmRun::WeatherFromLog() {
+    const QString title = QStringLiteral("Weather From Log");
+    const RunField& timeField = *FieldByControl(u"mebRun_tm");
+    const auto at = weather::RunMoment(mebRun_dt_->displayText(), FieldText(timeField));
+    if (!at) {
+        messages_.inform(
+            QStringLiteral("Enter the run's date and time to take its weather from the log."),
+            title, MsgIcon::Exclamation);
+        const bool dateGood = weather::RunDate(mebRun_dt_->displayText()).has_value();
+        FocusField(dateGood ? timeField.control : QStringLiteral("mebRun_dt"));
+        return;
+    }
+    const int minutes = spnLogMinutes_->value();
+    const auto reading = weather::NearestReading(db_, *at, minutes);
+    if (!reading) {
+        messages_.inform(weather::NoReadingText(minutes, *at), title, MsgIcon::Information);
+        return;
+    }
+    // A station answer still awaited would overwrite the reading just taken.
+    if (timer_->isActive()) {
+        timer_->stop();
+        SetWeatherButtonRed(false);
+    }
+    const auto text = [](double figure) {
+        return weather::HasFigure(figure) ? PlainNumberText(figure) : QString();
+    };
+    txtTemp_->setText(text(reading->temperature));
+    txtHumidity_->setText(text(reading->humidity));
+    txtBarometricPressure_->setText(text(reading->barometer));
+    if (const auto altitude = weather::PressureAltitudeText(txtBarometricPressure_->text())) {
+        txtPressureAltitude_->setText(*altitude);
+    }
+    RunWeatherRecalc();
     txtTemp_->setFocus(Qt::OtherFocusReason);
     weatherFetched_ = true;
     MarkChanged(txtTemp_);

@@ -3,7 +3,9 @@
 #include "common/numbers.h"
 #include "common/ui/formhelpers.h"
 #include "shell/windowcontext.h"
+#include "store/access.h"
 #include "weather/station.h"
+#include "weather/weatherlog.h"
 
 #include <QCloseEvent>
 #include <QFocusEvent>
@@ -62,6 +64,7 @@ frmWeather::frmWeather(const shell::WindowContext& ctx, std::unique_ptr<PollTime
       main_(ctx.main),
       state_(ctx.state),
       messages_(ctx.messages),
+      db_(ctx.db),
       clock_(ctx.clock),
       timer_(timer ? std::move(timer) : std::make_unique<QtPollTimer>()) {
     setObjectName(QStringLiteral("frmWeather"));
@@ -327,6 +330,28 @@ void frmWeather::ShowRecalculation(const Recalculation& r) {
     main_.CalcAllTuneUp(figures_[2]->text());
     if (liveWeather_) {
         WritePageFile(state_.weatherDir, state_.leadin.Get());
+    }
+    LogReading();
+}
+
+void frmWeather::LogReading() {
+    // In live mode the inputs are locked and hold the station's figures, whatever recalculated.
+    const WeatherReading reading = ReadingFromTexts(
+        clock_.Now(),
+        {txtTemp_->text(), txtHumidity_->text(), txtBarometricPressure_->text(),
+         txtPressureAltitude_->text()},
+        {figures_[0]->text(), figures_[1]->text(), figures_[2]->text(), figures_[3]->text(),
+         figures_[4]->text(), figures_[5]->text(), figures_[6]->text()},
+        liveWeather_ ? kSourceStation : kSourceTyped);
+    // The station's ticks come between the racer's own actions, and a box there would stack
+    // up every 15 seconds while the logbook can't be written: the figures stand, they were
+    // pushed and paged, and the status line says the reading was not kept. The next reading
+    // tries again.
+    try {
+        RecordReading(db_, reading);
+    } catch (const std::exception& e) {
+        ShowStatus(Sentence(QStringLiteral("Not kept in the weather log: "),
+                            store::AsDbError(e).description()));
     }
 }
 

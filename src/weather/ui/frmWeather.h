@@ -27,6 +27,9 @@ class MainState;
 namespace slipbook {
 class WallClock;
 }
+namespace slipbook::store {
+class Database;
+}
 
 namespace slipbook::weather {
 
@@ -70,12 +73,14 @@ private:
     void SetInputsLocked(bool locked);
     void ShowRecalculation(const Recalculation& r);
     void ShowFigures(const std::array<QString, 7>& texts);
+    void LogReading();
     void ShowStatus(const QString& text);
     QLineEdit* NextInput(const QLineEdit* input) const;
 
     shell::MainContext& main_;
     shell::MainState& state_;
     Messages& messages_;
+    store::Database& db_;
     const WallClock& clock_;
     std::unique_ptr<PollTimer> timer_;
 
