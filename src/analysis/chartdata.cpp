@@ -250,59 +250,83 @@ QString LeftOutText(const Series& series, const QString& of) {
     return LeftOutOf(series.leftOut, of);
 }
 
+void LineSums::Add(double x, double y) {
+    if (n_ == 0) {
+        x0_ = x;
+        y0_ = y;
+    }
+    const double dx = x - x0_;
+    const double dy = y - y0_;
+    ++n_;
+    sx_ += dx;
+    sy_ += dy;
+    sxx_ += dx * dx;
+    sxy_ += dx * dy;
+    syy_ += dy * dy;
+    sumX_ += x;
+    sumY_ += y;
+}
+
+std::optional<Line> LineSums::Fit() const {
+    if (n_ < 2) {
+        return std::nullopt;
+    }
+    const double n = n_;
+    const double sxx = sxx_ - sx_ * sx_ / n;
+    // Equal x give exact zeros here.
+    if (!(sxx > 0)) {
+        return std::nullopt;
+    }
+    Line line;
+    line.slope = (sxy_ - sx_ * sy_ / n) / sxx;
+    line.intercept = sumY_ / n - line.slope * (sumX_ / n);
+    return line;
+}
+
+std::optional<double> LineSums::RSquared() const {
+    if (n_ < 2) {
+        return std::nullopt;
+    }
+    const double n = n_;
+    const double sxx = sxx_ - sx_ * sx_ / n;
+    const double syy = syy_ - sy_ * sy_ / n;
+    const double sxy = sxy_ - sx_ * sy_ / n;
+    if (!(sxx > 0) || !(syy > 0) || !std::isfinite(sxx * syy)) {
+        return std::nullopt;
+    }
+    return std::clamp(sxy / sxx * sxy / syy, 0.0, 1.0);
+}
+
+std::optional<Line> LeastSquaresLine(const std::vector<std::pair<double, double>>& points) {
+    LineSums sums;
+    for (const auto& [x, y] : points) {
+        sums.Add(x, y);
+    }
+    return sums.Fit();
+}
+
 LineFit FitLeastSquares(const std::vector<ChartPoint>& points) {
     LineFit fit;
     fit.n = static_cast<int>(points.size());
-    if (points.size() < 2) {
-        return fit;
+    LineSums sums;
+    for (const ChartPoint& p : points) {
+        sums.Add(p.x, p.y);
     }
-    const auto [minX, maxX] = std::minmax_element(
-        points.begin(), points.end(), [](const auto& a, const auto& b) { return a.x < b.x; });
-    if (minX->x == maxX->x) {
+    const std::optional<Line> line = sums.Fit();
+    if (!line || !std::isfinite(line->slope) || !std::isfinite(line->intercept)) {
         return fit;
     }
     const auto [minY, maxY] = std::minmax_element(
         points.begin(), points.end(), [](const auto& a, const auto& b) { return a.y < b.y; });
-    double sumX = 0;
-    double sumY = 0;
-    for (const ChartPoint& p : points) {
-        sumX += p.x;
-        sumY += p.y;
-    }
-    const double n = static_cast<double>(points.size());
-    const double meanX = sumX / n;
-    const double meanY = sumY / n;
-    // Sums about the means: the raw sums of squares lose the slope to cancellation when the x
-    // values are large and close together (density altitudes in the thousands of feet).
-    double sxx = 0;
-    double sxy = 0;
-    double syy = 0;
-    for (const ChartPoint& p : points) {
-        const double dx = p.x - meanX;
-        const double dy = p.y - meanY;
-        sxx += dx * dx;
-        sxy += dx * dy;
-        syy += dy * dy;
-    }
-    if (!(sxx > 0) || !std::isfinite(sxx) || !std::isfinite(sxy)) {
-        return fit;
-    }
+    fit.ok = true;
     if (minY->y == maxY->y) {
         // A flat line; the mean of equal values may be a rounding off them, so take one.
-        fit.slope = 0;
         fit.intercept = minY->y;
-        fit.ok = true;
         return fit;
     }
-    fit.slope = sxy / sxx;
-    fit.intercept = meanY - fit.slope * meanX;
-    if (!std::isfinite(fit.slope) || !std::isfinite(fit.intercept)) {
-        return fit;
-    }
-    fit.ok = true;
-    if (syy > 0 && std::isfinite(syy)) {
-        fit.r2 = std::clamp(sxy / sxx * sxy / syy, 0.0, 1.0);
-    }
+    fit.slope = line->slope;
+    fit.intercept = line->intercept;
+    fit.r2 = sums.RSquared();
     return fit;
 }
 

@@ -71,7 +71,40 @@ struct Series {
 // out of the speeds: ..."; empty when none.
 QString LeftOutText(const Series& series, const QString& of = {});
 
-// The least-squares line y = intercept + slope * x.
+// A line through points by least squares: none with fewer than two points or when every x is
+// the same.
+struct Line {
+    double intercept = 0;
+    double slope = 0;
+};
+std::optional<Line> LeastSquaresLine(const std::vector<std::pair<double, double>>& points);
+
+// The sums a line is fitted from, kept as points come, so that a line through every run before
+// each run of a long card costs one step a run. Taken about the first point: density altitudes
+// in thousands of feet would otherwise drown the ETs' last digits.
+class LineSums {
+public:
+    void Add(double x, double y);
+    int Count() const { return n_; }
+    std::optional<Line> Fit() const;
+    // The share of the spread of y the line explains; none without a line or a spread of y.
+    std::optional<double> RSquared() const;
+
+private:
+    int n_ = 0;
+    double x0_ = 0;
+    double y0_ = 0;
+    double sx_ = 0;
+    double sy_ = 0;
+    double sxx_ = 0;
+    double sxy_ = 0;
+    double syy_ = 0;
+    // The plain sums, for the means the line passes through.
+    double sumX_ = 0;
+    double sumY_ = 0;
+};
+
+// The least-squares line y = intercept + slope * x, as the charts draw and caption it.
 struct LineFit {
     int n = 0;
     // Fewer than 2 points, or all at one x: there is no line, and nothing is divided by zero.

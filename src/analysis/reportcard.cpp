@@ -273,44 +273,6 @@ QString MethodName(Method m) {
     return QStringLiteral("Racer's dial-in");
 }
 
-void LineSums::Add(double x, double y) {
-    if (n_ == 0) {
-        x0_ = x;
-        y0_ = y;
-    }
-    const double dx = x - x0_;
-    const double dy = y - y0_;
-    ++n_;
-    sx_ += dx;
-    sy_ += dy;
-    sxx_ += dx * dx;
-    sxy_ += dx * dy;
-}
-
-std::optional<Line> LineSums::Fit() const {
-    if (n_ < 2) {
-        return std::nullopt;
-    }
-    const double n = n_;
-    const double sxx = sxx_ - sx_ * sx_ / n;
-    // Equal x give exact zeros here.
-    if (!(sxx > 0)) {
-        return std::nullopt;
-    }
-    Line line;
-    line.slope = (sxy_ - sx_ * sy_ / n) / sxx;
-    line.intercept = y0_ + sy_ / n - line.slope * (x0_ + sx_ / n);
-    return line;
-}
-
-std::optional<Line> LeastSquaresLine(const std::vector<std::pair<double, double>>& points) {
-    LineSums sums;
-    for (const auto& [x, y] : points) {
-        sums.Add(x, y);
-    }
-    return sums.Fit();
-}
-
 ReportCard BuildReportCard(const std::vector<RunRecord>& runs, const std::vector<SetupRun>& setup,
                            bool methanol, Distance distance) {
     ReportCard card;

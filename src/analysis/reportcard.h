@@ -19,6 +19,7 @@
 // prediction is the number the racer would have seen, and a program that would have stopped or
 // refused gives none, with its reason.
 
+#include "analysis/chartdata.h"
 #include "analysis/statistics.h"
 #include "store/database.h"
 
@@ -60,33 +61,6 @@ struct ReportCard {
     std::vector<CardRow> rows;
     // The car's runs left off the card.
     std::vector<LeftOut> leftOff;
-};
-
-// A line through points by least squares: none with fewer than two points or when every x is
-// the same.
-struct Line {
-    double intercept = 0;
-    double slope = 0;
-};
-std::optional<Line> LeastSquaresLine(const std::vector<std::pair<double, double>>& points);
-
-// The sums a line is fitted from, kept as points come, so that a line through every run before
-// each run of a long card costs one step a run. Taken about the first point: density altitudes
-// in thousands of feet would otherwise drown the ETs' last digits.
-class LineSums {
-public:
-    void Add(double x, double y);
-    int Count() const { return n_; }
-    std::optional<Line> Fit() const;
-
-private:
-    int n_ = 0;
-    double x0_ = 0;
-    double y0_ = 0;
-    double sx_ = 0;
-    double sy_ = 0;
-    double sxx_ = 0;
-    double sxy_ = 0;
 };
 
 // A setup run as stored for the density altitude program, with the moment of its run.
