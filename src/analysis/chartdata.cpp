@@ -11,22 +11,9 @@ namespace slipbook::analysis {
 
 namespace {
 
+// The number of a cell; an infinity read from a stray text is no figure to chart.
 std::optional<double> NumberOf(const store::Query& q, int field) {
-    if (field < 0 || q.IsNull(field)) {
-        return std::nullopt;
-    }
-    std::optional<double> value;
-    switch (q.StorageOf(field)) {
-        case store::Query::Storage::Integer:
-            value = static_cast<double>(q.Integer(field));
-            break;
-        case store::Query::Storage::Real:
-            value = q.Real(field);
-            break;
-        default:
-            // An old logbook may hold a number as text; anything else is no number.
-            value = StrictNumber(q.Text(field));
-    }
+    const std::optional<double> value = q.Number(field);
     if (value && !std::isfinite(*value)) {
         return std::nullopt;
     }

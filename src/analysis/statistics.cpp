@@ -26,21 +26,6 @@ std::optional<double> Positive(const std::optional<double>& v) {
     return std::nullopt;
 }
 
-std::optional<double> NumberOf(const store::Query& q, int field) {
-    if (field < 0 || q.IsNull(field)) {
-        return std::nullopt;
-    }
-    switch (q.StorageOf(field)) {
-        case store::Query::Storage::Integer:
-            return static_cast<double>(q.Integer(field));
-        case store::Query::Storage::Real:
-            return q.Real(field);
-        default:
-            // A number column holds numbers; a stray text counts when it reads as one.
-            return StrictNumber(q.Text(field));
-    }
-}
-
 // Thousandths, so that ETs typed alike compare alike whatever their binary form.
 qint64 Thousandths(double v) {
     return std::llround(v * 1000);
@@ -347,9 +332,9 @@ std::vector<RunRecord> ReadRuns(store::Database& db, const QString& sql) {
     std::vector<RunRecord> runs;
     while (q.Next()) {
         RunRecord r;
-        r.id = NumberOf(q, id).value_or(0);
-        r.eventId = NumberOf(q, event).value_or(0);
-        r.runNumber = NumberOf(q, num);
+        r.id = q.Number(id).value_or(0);
+        r.eventId = q.Number(event).value_or(0);
+        r.runNumber = q.Number(num);
         if (date >= 0 && !q.IsNull(date)) {
             r.dateKey = q.Text(date);
             r.date = q.Value(date).toDateTime();
@@ -358,15 +343,15 @@ std::vector<RunRecord> ReadRuns(store::Database& db, const QString& sql) {
             r.timeKey = q.Text(time);
             r.time = q.Value(time).toDateTime();
         }
-        r.reaction = NumberOf(q, reaction);
-        r.dialIn = NumberOf(q, dial);
-        r.et = {NumberOf(q, et14), NumberOf(q, et18)};
-        r.mph = {NumberOf(q, mph14), NumberOf(q, mph18)};
-        r.temp = NumberOf(q, temp);
-        r.humidity = NumberOf(q, humidity);
-        r.barometer = NumberOf(q, baro);
-        r.densityAlt = NumberOf(q, da);
-        r.corrFactor = NumberOf(q, corr);
+        r.reaction = q.Number(reaction);
+        r.dialIn = q.Number(dial);
+        r.et = {q.Number(et14), q.Number(et18)};
+        r.mph = {q.Number(mph14), q.Number(mph18)};
+        r.temp = q.Number(temp);
+        r.humidity = q.Number(humidity);
+        r.barometer = q.Number(baro);
+        r.densityAlt = q.Number(da);
+        r.corrFactor = q.Number(corr);
         runs.push_back(std::move(r));
     }
     return runs;

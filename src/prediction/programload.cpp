@@ -24,21 +24,6 @@ QString Padded(const store::Query& q, const char* column) {
     return TextOf(q, q.FieldIndex(QString::fromLatin1(column))) + u' ';
 }
 
-std::optional<double> NumberOf(const store::Query& q, int field) {
-    if (field < 0 || q.IsNull(field)) {
-        return std::nullopt;
-    }
-    switch (q.StorageOf(field)) {
-        case store::Query::Storage::Integer:
-            return static_cast<double>(q.Integer(field));
-        case store::Query::Storage::Real:
-            return q.Real(field);
-        default:
-            // A number column holds numbers; anything else reads as the text's number.
-            return StrictNumber(q.Text(field));
-    }
-}
-
 bool Positive(const QString& text) {
     return LeadingNumber(text).value_or(0) > 0;
 }
@@ -100,10 +85,10 @@ SetupRows ReadSetupRows(store::Database& db, qint64 carId, QStringView category,
     SetupRows rows;
     while (q.Next()) {
         SetupRow r;
-        r.densityAlt = NumberOf(q, da);
-        r.quarterEt = NumberOf(q, e14);
-        r.eighthEt = NumberOf(q, e18);
-        r.corrFactor = NumberOf(q, corr);
+        r.densityAlt = q.Number(da);
+        r.quarterEt = q.Number(e14);
+        r.eighthEt = q.Number(e18);
+        r.corrFactor = q.Number(corr);
         if (timer >= 0 && !q.IsNull(timer)) {
             r.timer = TextOf(q, timer);
         }

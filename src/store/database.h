@@ -209,6 +209,9 @@ public:
     Storage StorageOf(int index) const;
     qint64 Integer(int index) const;
     double Real(int index) const;
+    // The cell as a number: a stored whole number or real, or a text that reads as a number
+    // (an old logbook may keep one so); none for Null, other text, or an index of -1.
+    std::optional<double> Number(int index) const;
 
 private:
     friend class Database;

@@ -1,5 +1,7 @@
 #include "store/recordset.h"
 
+#include "common/numbers.h"
+
 #include "store/currency.h"
 #include "store/database.h"
 #include "store/dberror.h"
@@ -361,6 +363,20 @@ qint64 Query::Integer(int index) const {
 
 double Query::Real(int index) const {
     return sqlite3_column_double(stmt_.get(), index);
+}
+
+std::optional<double> Query::Number(int index) const {
+    if (index < 0 || IsNull(index)) {
+        return std::nullopt;
+    }
+    switch (StorageOf(index)) {
+        case Storage::Integer:
+            return static_cast<double>(Integer(index));
+        case Storage::Real:
+            return Real(index);
+        default:
+            return StrictNumber(Text(index));
+    }
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -676,28 +676,9 @@ TEST(MainWindow, PrintFromThePreviewIsStampedWhenItPrints) {
     const QString pdf = dir.filePath(QStringLiteral("printed.pdf"));
 
     // The preview opens at 9:15; the racer reads it a while and prints at 9:47, to a file.
-    bool printed = false;
-    QTimer::singleShot(0, [&] {
-        auto* preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
-        ASSERT_NE(preview, nullptr);
-        preview->printer()->setOutputFileName(pdf);
-        f.clock.now = f.clock.now.addSecs(32 * 60 + 30);
-        QTimer::singleShot(0, [&] {
-            auto* dialog = qobject_cast<QPrintDialog*>(QApplication::activeModalWidget());
-            ASSERT_NE(dialog, nullptr);
-            dialog->accept();
-            printed = true;
-        });
-        const QList<QAction*> actions = preview->findChildren<QAction*>();
-        auto print = std::find_if(actions.begin(), actions.end(),
-                                  [](QAction* a) { return a->text() == QStringLiteral("Print"); });
-        ASSERT_NE(print, actions.end());
-        (*print)->trigger();
-    });
-    QAction* tool = f.main.tool(tools::kPrint);
-    ASSERT_TRUE(tool->isEnabled());
-    test::Press(f.main, "ID_Print");
-    ASSERT_TRUE(printed);
+    ASSERT_TRUE(f.main.tool(tools::kPrint)->isEnabled());
+    ASSERT_TRUE(test::PrintFromPreview(f.main, tools::kPrint, pdf,
+                                       [&] { f.clock.now = f.clock.now.addSecs(32 * 60 + 30); }));
     const std::vector<PdfPage> pages = PdfPages(pdf);
     ASSERT_FALSE(pages.empty());
     for (const PdfPage& sheet : pages) {

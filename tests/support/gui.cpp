@@ -9,13 +9,19 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QSet>
 #include <QStackedWidget>
 #include <QStyleOptionComboBox>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTextEdit>
+#include <QTimer>
 #include <QToolBar>
+
+#include <algorithm>
 
 namespace slipbook::test {
 
@@ -313,6 +319,32 @@ void Grab(QWidget& window, const QString& name) {
 QVariant WindowTest::Scalar(const QString& sql) {
     auto rs = logbook.db().OpenRecordset(sql, store::RecordsetType::Snapshot);
     return rs->Eof() ? QVariant() : rs->Value(0);
+}
+
+bool PrintFromPreview(QWidget& window, const QString& toolId, const QString& pdf,
+                      const std::function<void()>& inPreview) {
+    bool printed = false;
+    QTimer::singleShot(0, [&] {
+        auto* preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(preview, nullptr);
+        preview->printer()->setOutputFileName(pdf);
+        if (inPreview) {
+            inPreview();
+        }
+        QTimer::singleShot(0, [&] {
+            auto* dialog = qobject_cast<QPrintDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            dialog->accept();
+            printed = true;
+        });
+        const QList<QAction*> actions = preview->findChildren<QAction*>();
+        auto print = std::find_if(actions.begin(), actions.end(),
+                                  [](QAction* a) { return a->text() == QStringLiteral("Print"); });
+        ASSERT_NE(print, actions.end());
+        (*print)->trigger();
+    });
+    Press(window, toolId);
+    return printed;
 }
 
 }  // namespace slipbook::test

@@ -9,11 +9,14 @@
 #include "support/scriptedmessages.h"
 
 #include <gtest/gtest.h>
+
 #include <QAction>
 #include <QApplication>
 #include <QString>
 #include <QTest>
 #include <QWidget>
+
+#include <functional>
 
 class QComboBox;
 
@@ -76,6 +79,12 @@ void Leave(QWidget* field);
 void ShowActive(QWidget& window);
 
 QString FocusName(QWidget& window);
+
+// Presses the window's print tool and, in the preview it opens, prints to the PDF file through
+// the print dialog, as the racer would to a printer; `inPreview` runs while the preview is up.
+// False when the preview or the print dialog did not come.
+bool PrintFromPreview(QWidget& window, const QString& toolId, const QString& pdf,
+                      const std::function<void()>& inPreview = {});
 
 // With SLIPBOOK_GRAB_DIR set, keeps a picture of the window there.
 void Grab(QWidget& window, const QString& name);
