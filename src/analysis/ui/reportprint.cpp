@@ -102,7 +102,11 @@ int PrintReport(const Report& report, QPagedPaintDevice& device) {
     const QRectF area = sheet.adjusted(margin, margin, -margin, -margin);
     const QFontMetricsF fm(bold, &device);
     const qreal line = std::ceil(fm.height() * 1.3);
-    const QRectF body(area.left(), area.top() + line * 1.5, area.width(), area.height() - line * 3);
+    // The heading leaves room for page numbers of three digits: a report runs to fewer pages.
+    constexpr int kWidestPage = 999;
+    const qreal heading = shell::PageHeadingHeight(bold, &device, area, kWidestPage, report.title);
+    const qreal top = area.top() + heading + line / 2;
+    const QRectF body(area.left(), top, area.width(), area.bottom() - line * 1.5 - top);
 
     QTextDocument doc;
     doc.documentLayout()->setPaintDevice(&device);
@@ -116,16 +120,7 @@ int PrintReport(const Report& report, QPagedPaintDevice& device) {
         if (page > 0) {
             device.newPage();
         }
-        p.setFont(bold);
-        const QRectF head(area.left(), area.top(), area.width(), line);
-        p.drawText(head, Qt::AlignLeft | Qt::AlignTop, QStringLiteral("Page %1").arg(page + 1));
-        p.drawText(head, Qt::AlignHCenter | Qt::AlignTop, shell::PrintHeaderProgramLine());
-        const qreal programRight =
-            area.center().x() + fm.horizontalAdvance(shell::PrintHeaderProgramLine()) / 2;
-        const QRectF titleRect(programRight + fm.averageCharWidth() * 3, area.top(),
-                               area.right() - programRight - fm.averageCharWidth() * 3, line);
-        p.drawText(titleRect, Qt::AlignRight | Qt::AlignTop,
-                   fm.elidedText(report.title, Qt::ElideRight, titleRect.width()));
+        shell::DrawPageHeading(p, bold, area, page + 1, kWidestPage, report.title);
 
         p.save();
         p.translate(body.left(), body.top() - page * body.height());

@@ -130,6 +130,10 @@ PageHeader LayoutPageHeader(const QFont& bold, QPaintDevice* device, const QRect
     return h;
 }
 
+QString WidestPage(int lastPage) {
+    return QStringLiteral("Page ") + QString(QString::number(std::max(1, lastPage)).size(), u'8');
+}
+
 // A column caption is printed whole: on two lines where one is too narrow, smaller where two
 // are; only a caption that fits in no way breaks within a word.
 struct Caption {
@@ -353,6 +357,22 @@ bool PrintGridToPdf(const GridPrintJob& job, const QString& path) {
                                                            : QPageLayout::Portrait);
     pdf.setResolution(300);
     return PrintGrid(job, pdf) > 0;
+}
+
+qreal PageHeadingHeight(const QFont& bold, QPaintDevice* device, const QRectF& area, int lastPage,
+                        const QString& title) {
+    return LayoutPageHeader(bold, device, area, WidestPage(lastPage), title.trimmed()).height;
+}
+
+void DrawPageHeading(QPainter& p, const QFont& bold, const QRectF& area, int page, int lastPage,
+                     const QString& title) {
+    const PageHeader head =
+        LayoutPageHeader(bold, p.device(), area, WidestPage(lastPage), title.trimmed());
+    for (const Piece* piece : {&head.page, &head.program, &head.title}) {
+        p.setFont(piece->font);
+        p.drawText(piece->rect, piece->flags,
+                   piece == &head.page ? QStringLiteral("Page %1").arg(page) : piece->text);
+    }
 }
 
 }  // namespace slipbook::shell

@@ -6,7 +6,11 @@
 #include <QString>
 #include <functional>
 
+class QFont;
 class QPagedPaintDevice;
+class QPaintDevice;
+class QPainter;
+class QRectF;
 class QWidget;
 
 namespace slipbook::shell {
@@ -35,5 +39,13 @@ void PreviewGrid(const GridPrintJob& job, QWidget* parent);
 bool PrintGridToPdf(const GridPrintJob& job, const QString& path);
 
 QString PrintHeaderProgramLine();  // "Quadrumex Slipbook Drag Electronic Logbook"
+
+// The heading every printed page of the program carries, as the list's pages carry it: "Page n"
+// at the left, the program's line in the middle, the title at the right, laid out for the widest
+// page number up to `lastPage` so that it stands alike on every page. Its height, and drawing it.
+qreal PageHeadingHeight(const QFont& bold, QPaintDevice* device, const QRectF& area, int lastPage,
+                        const QString& title);
+void DrawPageHeading(QPainter& p, const QFont& bold, const QRectF& area, int page, int lastPage,
+                     const QString& title);
 
 }  // namespace slipbook::shell
